@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# The whole test suite: formatting and static analysis, a Release tree and an
+# AddressSanitizer+UndefinedBehaviorSanitizer tree with every test run on both, and each fuzz
+# harness for 30 seconds from its seed corpus. Installs what is missing first.
+set -euo pipefail
+root="$(cd "$(dirname "$0")/.." && pwd)"
+cd "$root"
+# shellcheck source=ensure-packages.sh
+source scripts/ensure-packages.sh
+ensure_packages cmake g++ libgtest-dev clang libclang-rt-14-dev clang-format cppcheck
+
+echo "== formatting"
+find src tests bench \( -name '*.cpp' -o -name '*.h' \) -print0 |
+    xargs -0 clang-format --dry-run --Werror
+
+echo "== static analysis"
+cppcheck --quiet --error-exitcode=1 --enable=warning,performance --std=c++20 --inline-suppr \
+    -I src src
+
+echo "== release build and tests"
+scripts/build.sh build/release -DCMAKE_BUILD_TYPE=Release
+ctest --test-dir build/release --output-on-failure -j "$(nproc)"
+
+echo "== sanitizer build and tests"
+scripts/build.sh build/sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSONALYX_SANITIZE=ON \
+    -DSONALYX_BENCH=OFF
+ctest --test-dir build/sanitize --output-on-failure -j "$(nproc)"
+
+echo "== fuzzing"
+scripts/build.sh build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DSONALYX_FUZZ=ON -DSONALYX_TESTS=OFF \
+    -DSONALYX_BENCH=OFF
+scripts/fuzz.sh build/fuzz 30
+
+echo "all tests passed"

@@ -1,0 +1,128 @@
+#include "cli/output_paths.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace {
+
+bool is_directory(const std::string& path) {
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+TEST(PathStem, CutsDirectoryAndLastExtension) {
+    EXPECT_EQ(path_stem("a/b/c.wav"), "c");
+    EXPECT_EQ(path_stem("c.tar.gz"), "c.tar");
+    EXPECT_EQ(path_stem("C:\\audio\\take 1.wav"), "take 1");
+    EXPECT_EQ(path_stem("dir.v2/x"), "x");
+    EXPECT_EQ(path_stem("noext"), "noext");
+    EXPECT_EQ(path_stem("dir/"), "");
+}
+
+TEST(PathStem, LeadingDotDoesNotCount) {
+    EXPECT_EQ(path_stem(".hidden"), ".hidden");
+    EXPECT_EQ(path_stem("x/.hidden"), ".hidden");
+    EXPECT_EQ(path_stem("x/.hidden.wav"), ".hidden");
+}
+
+TEST(PathStem, CutTo255Characters) {
+    const std::string long_name(300, 'n');
+    EXPECT_EQ(path_stem("d/" + long_name + ".wav"), std::string(255, 'n'));
+}
+
+TEST(OutputPaths, TrailingSlashCreatesTheDirectoryAndUsesTheInputStem) {
+    const TempDir tmp;
+    const std::string out = tmp.file("reports/");
+    OutputPaths paths;
+    std::string message;
+    ASSERT_TRUE(resolve_output_paths(out.c_str(), "in/take.one.wav", true, paths, message));
+    EXPECT_TRUE(is_directory(tmp.file("reports")));
+    EXPECT_EQ(paths.html_path, tmp.file("reports/take.one.html"));
+    EXPECT_EQ(paths.json_path, tmp.file("reports/take.one.json"));
+    EXPECT_EQ(message, "");
+}
+
+TEST(OutputPaths, BackslashAlsoNamesADirectory) {
+    const TempDir tmp;
+    const std::string out = tmp.file("win\\");
+    OutputPaths paths;
+    std::string message;
+    ASSERT_TRUE(resolve_output_paths(out.c_str(), "ref.wav", false, paths, message));
+    EXPECT_TRUE(is_directory(tmp.file("win")));
+    EXPECT_EQ(paths.html_path, tmp.file("win/ref.html"));
+    EXPECT_EQ(paths.json_path, "");
+}
+
+TEST(OutputPaths, ExistingDirectoryWithoutSeparator) {
+    const TempDir tmp;
+    OutputPaths paths;
+    std::string message;
+    ASSERT_TRUE(resolve_output_paths(tmp.path().c_str(), "/x/y/.hidden", true, paths, message));
+    EXPECT_EQ(paths.html_path, tmp.file(".hidden.html"));
+    EXPECT_EQ(paths.json_path, tmp.file(".hidden.json"));
+}
+
+TEST(OutputPaths, ExactFileGetsJsonBesideIt) {
+    OutputPaths paths;
+    std::string message;
+    ASSERT_TRUE(resolve_output_paths("x.html", "ref.wav", true, paths, message));
+    EXPECT_EQ(paths.html_path, "x.html");
+    EXPECT_EQ(paths.json_path, "x.json");
+    ASSERT_TRUE(resolve_output_paths("dir.v2/x", "ref.wav", true, paths, message));
+    EXPECT_EQ(paths.html_path, "dir.v2/x");
+    EXPECT_EQ(paths.json_path, "dir.v2/x.json");
+    ASSERT_TRUE(resolve_output_paths("a\\b.c\\r.htm", "ref.wav", true, paths, message));
+    EXPECT_EQ(paths.json_path, "a\\b.c\\r.json");
+}
+
+TEST(OutputPaths, NoJsonPathUnlessWanted) {
+    OutputPaths paths;
+    std::string message;
+    ASSERT_TRUE(resolve_output_paths("x.html", "ref.wav", false, paths, message));
+    EXPECT_EQ(paths.json_path, "");
+}
+
+TEST(OutputPaths, InputWithoutStemGivesBareExtension) {
+    const TempDir tmp;
+    OutputPaths paths;
+    std::string message;
+    ASSERT_TRUE(resolve_output_paths(tmp.path().c_str(), "dir/", false, paths, message));
+    EXPECT_EQ(paths.html_path, tmp.path() + "/.html");
+}
+
+TEST(OutputPaths, DirectoryIsCreatedOneLevelOnly) {
+    const TempDir tmp;
+    const std::string out = tmp.file("missing/deeper/");
+    OutputPaths paths;
+    std::string message;
+    EXPECT_FALSE(resolve_output_paths(out.c_str(), "ref.wav", false, paths, message));
+    EXPECT_EQ(message,
+              "error: could not create output directory '" + tmp.file("missing/deeper") + "'\n");
+    EXPECT_FALSE(path_exists(tmp.file("missing")));
+}
+
+TEST(OutputPaths, OverlongPathsFailWithoutMessage) {
+    OutputPaths paths;
+    std::string message;
+    const std::string long_file(4096, 'f');
+    EXPECT_FALSE(resolve_output_paths(long_file.c_str(), "ref.wav", false, paths, message));
+    EXPECT_EQ(message, "");
+    const std::string long_dir(4096, 'd');
+    EXPECT_FALSE(resolve_output_paths((long_dir + "/").c_str(), "ref.wav", false, paths, message));
+    EXPECT_EQ(message, "");
+}
+
+TEST(OutputPaths, JsonPathLengthIsCheckedOnlyWhenWanted) {
+    // 4094 characters ending in ".h": the HTML path fits; the JSON path, five characters of
+    // ".json" after the stem, does not.
+    const std::string out = std::string(4092, 'x') + ".h";
+    OutputPaths paths;
+    std::string message;
+    EXPECT_TRUE(resolve_output_paths(out.c_str(), "ref.wav", false, paths, message));
+    EXPECT_FALSE(resolve_output_paths(out.c_str(), "ref.wav", true, paths, message));
+    EXPECT_EQ(message, "");
+}
+
+} // namespace
