@@ -1,0 +1,8 @@
+// Audio files: reads 16/24/32-bit integer and 32/64-bit float PCM WAV files whole into a WavFile
+// of normalised double samples (keeping every other chunk as raw bytes), and writes such samples
+// back as WAV files with plain or extensible headers.
+#pragma once
+
+#include "audio/wav_file.h"
+#include "audio/wav_reader.h"
+#include "audio/wav_writer.h"

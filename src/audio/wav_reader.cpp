@@ -1,0 +1,130 @@
+#include "audio/wav_reader.h"
+
+#include "audio/wav_chunk_walk.h"
+#include "audio/wav_decode.h"
+#include "audio/wav_stdio.h"
+
+#include <limits>
+#include <sys/stat.h>
+
+namespace {
+
+constexpr std::size_t kErrorCapacity = 160;
+char g_error_text[kErrorCapacity] = {};
+
+constexpr const char* kGenericError =
+    "not a supported 16/24/32-bit integer or 32/64-bit float PCM WAV file";
+
+// The sample layout that the fmt and data chunks describe once they pass every check.
+struct WavShape {
+    std::uint32_t format = 0;
+    std::size_t frames = 0;
+    std::size_t sample_count = 0;
+};
+
+// The length of a regular file; unbounded for anything else, whose reads then decide alone.
+std::uint64_t file_length_of(std::FILE* file) {
+    struct stat info {};
+    if (fstat(fileno(file), &info) != 0 || !S_ISREG(info.st_mode)) {
+        return std::numeric_limits<std::uint64_t>::max();
+    }
+    return static_cast<std::uint64_t>(info.st_size);
+}
+
+std::uint32_t format_code(const WavFmtInfo& fmt) {
+    const bool int_ok = !fmt.is_float && (fmt.bits == 16 || fmt.bits == 24 || fmt.bits == 32);
+    const bool float_ok = fmt.is_float && (fmt.bits == 32 || fmt.bits == 64);
+    if (!int_ok && !float_ok) return 0;
+    return fmt.is_float ? 0x100u + fmt.bits : fmt.bits;
+}
+
+// Both chunks seen, a supported bit depth, non-zero rate and channels, whole frames only.
+bool check_shape(const WavLayout& layout, WavShape& shape) {
+    if (!layout.fmt_seen || layout.data_position < 0) return false;
+    shape.format = format_code(layout.fmt);
+    if (shape.format == 0) return false;
+    if (layout.fmt.sample_rate == 0 || layout.fmt.channels == 0) return false;
+    const std::size_t frame_bytes = std::size_t{layout.fmt.channels} * (layout.fmt.bits / 8u);
+    if (layout.data_size % frame_bytes != 0) return false;
+    shape.frames = layout.data_size / frame_bytes;
+    shape.sample_count = shape.frames * layout.fmt.channels;
+    return true;
+}
+
+// Reads the whole data payload into a fresh buffer. A payload running past the end of the file
+// could only end in a short read, so it is refused before anything is allocated.
+std::unique_ptr<std::uint8_t[]> read_payload(std::FILE* file, std::uint64_t file_length,
+                                             const WavLayout& layout) {
+    const auto end = static_cast<std::uint64_t>(layout.data_position) + layout.data_size;
+    if (end > file_length || fseeko(file, layout.data_position, SEEK_SET) != 0) return nullptr;
+    std::unique_ptr<std::uint8_t[]> raw(new (std::nothrow) std::uint8_t[layout.data_size]);
+    if (!raw || !wav_read_exact(file, raw.get(), layout.data_size)) return nullptr;
+    return raw;
+}
+
+// Converts the payload; on a NaN or infinity fills the error text and returns false.
+bool decode_payload(const std::uint8_t* raw, const WavLayout& layout, const WavShape& shape,
+                    std::vector<double>& samples) {
+    if (!wav_try_resize(samples, shape.sample_count)) return false;
+    const std::span<const std::uint8_t> bytes(raw, layout.data_size);
+    const std::optional<std::size_t> bad = wav_decode_samples(bytes, shape.format, samples);
+    if (!bad) return true;
+    const std::size_t channels = layout.fmt.channels;
+    std::snprintf(g_error_text, kErrorCapacity,
+                  "contains NaN or infinite samples, first at frame %zu, channel %zu",
+                  *bad / channels, *bad % channels);
+    return false;
+}
+
+void fill_record(WavLayout& layout, const WavShape& shape, std::vector<double>& samples,
+                 WavFile& out) {
+    out.sample_rate = layout.fmt.sample_rate;
+    out.channels = layout.fmt.channels;
+    out.format = shape.format;
+    out.extensible = layout.fmt.extensible;
+    out.channel_mask = layout.fmt.channel_mask;
+    out.samples = std::move(samples);
+    out.frames = shape.frames;
+    out.extra_chunks = std::move(layout.extra_chunks);
+}
+
+} // namespace
+
+bool wav_read(const char* path, WavFile& out) {
+    // The error text is emptied and the record zeroed on every call, a null path included.
+    g_error_text[0] = '\0';
+    out = WavFile{};
+    if (path == nullptr) return false;
+    WavFileHandle file(std::fopen(path, "rb"));
+    if (!file) return false;
+    const std::uint64_t file_length = file_length_of(file.get());
+    WavLayout layout;
+    WavShape shape;
+    if (!wav_walk_chunks(file.get(), file_length, layout) || !check_shape(layout, shape)) {
+        return false;
+    }
+    std::unique_ptr<std::uint8_t[]> raw = read_payload(file.get(), file_length, layout);
+    if (!raw) return false;
+    file.reset();
+    std::vector<double> samples;
+    const bool decoded = decode_payload(raw.get(), layout, shape, samples);
+    raw.reset();
+    if (!decoded) return false;
+    fill_record(layout, shape, samples, out);
+    return true;
+}
+
+const char* wav_error_text() {
+    return g_error_text[0] != '\0' ? g_error_text : kGenericError;
+}
+
+std::string wav_failure_reason(const char* path) {
+    WavFileHandle file(path != nullptr ? std::fopen(path, "rb") : nullptr);
+    if (!file) return "file not found or not readable";
+    file.reset();
+    return wav_error_text();
+}
+
+void wav_free(WavFile& file) {
+    file = WavFile{};
+}

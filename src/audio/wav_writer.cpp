@@ -1,0 +1,138 @@
+#include "audio/wav_writer.h"
+
+#include "audio/wav_encode.h"
+#include "audio/wav_extra_pieces.h"
+#include "audio/wav_file.h"
+#include "audio/wav_header.h"
+#include "audio/wav_stdio.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace {
+
+// Samples are encoded into a block of this size and written block by block.
+constexpr std::size_t kBlockBytes = 32768;
+
+struct WriteRequest {
+    const char* path = nullptr;
+    WavHeaderFields fields;
+    std::span<const double> samples; // exactly frames * channels values
+};
+
+// The checks made before any file is created; fills the request on success.
+bool prepare(const char* path, std::uint32_t rate, std::uint32_t channels, std::uint32_t format,
+             std::span<const double> samples, std::size_t frames, WriteRequest& request) {
+    if (path == nullptr || rate == 0 || channels == 0 || !wav_format_is_known(format)) {
+        return false;
+    }
+    if (frames > std::numeric_limits<std::size_t>::max() / channels) return false;
+    const std::size_t count = frames * channels;
+    if (samples.size() < count) return false;
+    request.path = path;
+    request.fields.sample_rate = rate;
+    request.fields.channels = channels;
+    request.fields.format = format;
+    request.fields.frames = frames;
+    request.samples = samples.first(count);
+    return true;
+}
+
+bool write_bytes(std::FILE* file, std::span<const std::uint8_t> bytes) {
+    return bytes.empty() || wav_write_exact(file, bytes.data(), bytes.size());
+}
+
+bool write_samples(std::FILE* file, std::span<const double> samples, std::uint32_t format) {
+    std::array<std::uint8_t, kBlockBytes> block;
+    const std::size_t width = wav_format_bytes(format);
+    const std::size_t per_block = kBlockBytes / width;
+    for (std::size_t start = 0; start < samples.size(); start += per_block) {
+        const auto part = samples.subspan(start, std::min(per_block, samples.size() - start));
+        const auto bytes = std::span<std::uint8_t>(block).first(part.size() * width);
+        wav_encode_samples(part, format, bytes);
+        if (!write_bytes(file, bytes)) return false;
+    }
+    return true;
+}
+
+bool write_kept_pieces(std::FILE* file, std::span<const std::uint8_t> extra) {
+    while (!extra.empty()) {
+        const std::span<const std::uint8_t> piece = wav_front_piece(extra);
+        if (!wav_piece_is_fact(piece) && !write_bytes(file, piece)) return false;
+        extra = extra.subspan(piece.size());
+    }
+    return true;
+}
+
+// Creates the file and writes the header in one write, then the samples, then the chunks that
+// follow them (`write_tail`); the file is closed on every path.
+template <typename WriteTail>
+bool write_file(const WriteRequest& request, const WavHeader& header, WriteTail write_tail) {
+    std::FILE* file = std::fopen(request.path, "wb");
+    if (file == nullptr) return false;
+    const bool written = wav_write_exact(file, header.bytes.data(), header.size) &&
+                         write_samples(file, request.samples, request.fields.format) &&
+                         write_tail(file);
+    const bool closed = std::fclose(file) == 0;
+    return written && closed;
+}
+
+bool write_int(WriteRequest& request, std::span<const std::uint8_t> extra) {
+    request.fields.extra_bytes = extra.size();
+    WavHeader header;
+    wav_build_int_header(request.fields, header);
+    return write_file(request, header,
+                      [extra](std::FILE* file) { return write_bytes(file, extra); });
+}
+
+} // namespace
+
+bool wav_write_float(const char* path, std::uint32_t rate, std::uint32_t channels,
+                     std::uint32_t format, bool extensible, std::uint32_t channel_mask,
+                     std::span<const double> samples, std::size_t frames,
+                     std::span<const std::uint8_t> extra) {
+    // The float writer refuses the integer codes like any other code it cannot write.
+    WriteRequest request;
+    if (!wav_format_is_float(format) ||
+        !prepare(path, rate, channels, format, samples, frames, request)) {
+        return false;
+    }
+    request.fields.extensible = extensible;
+    request.fields.channel_mask = channel_mask;
+    request.fields.extra_bytes = wav_kept_pieces_length(extra);
+    WavHeader header;
+    wav_build_float_header(request.fields, header);
+    return write_file(request, header,
+                      [extra](std::FILE* file) { return write_kept_pieces(file, extra); });
+}
+
+bool wav_write_with_extra(const char* path, std::uint32_t rate, std::uint32_t channels,
+                          std::uint32_t format, std::span<const double> samples, std::size_t frames,
+                          std::span<const std::uint8_t> extra) {
+    if (wav_format_is_float(format)) {
+        return wav_write_float(path, rate, channels, format, false, 0, samples, frames, extra);
+    }
+    WriteRequest request;
+    return prepare(path, rate, channels, format, samples, frames, request) &&
+           write_int(request, extra);
+}
+
+bool wav_write(const char* path, std::uint32_t rate, std::uint32_t channels, std::uint32_t format,
+               std::span<const double> samples, std::size_t frames) {
+    return wav_write_with_extra(path, rate, channels, format, samples, frames, {});
+}
+
+bool wav_write_extensible(const char* path, std::uint32_t rate, std::uint32_t channels,
+                          std::uint32_t format, std::span<const double> samples, std::size_t frames,
+                          std::uint32_t channel_mask) {
+    if (wav_format_is_float(format)) {
+        return wav_write_float(path, rate, channels, format, true, channel_mask, samples, frames,
+                               {});
+    }
+    WriteRequest request;
+    if (!prepare(path, rate, channels, format, samples, frames, request)) return false;
+    request.fields.extensible = true;
+    request.fields.channel_mask = channel_mask;
+    return write_int(request, {});
+}
