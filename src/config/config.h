@@ -1,0 +1,16 @@
+// Configuration: reads the JSON-with-comments settings files (the --config override file and
+// sonalyx-defaults.cfg) by key search, applies general.default_profile, resolves every analysis
+// setting with the source its value came from (command line, --config, defaults file, built-in or
+// sample-rate default), resolves the alignment settings, and validates the result.
+#pragma once
+
+#include "config/alignment_config.h"
+#include "config/analysis_config.h"
+#include "config/config_lookup.h"
+#include "config/config_text.h"
+#include "config/config_values.h"
+#include "config/default_profile.h"
+#include "config/setting_source.h"
+#include "config/settings_files.h"
+#include "config/spectral_profile.h"
+#include "config/validate_config.h"
