@@ -1,0 +1,5 @@
+// HTML reports: every page and JSON text is built in memory in a growable text buffer with HTML
+// and JSON escapes, then written to disk in one piece.
+#pragma once
+
+#include "report/text_buffer.h"
