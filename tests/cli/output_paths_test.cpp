@@ -115,9 +115,9 @@ TEST(OutputPaths, OverlongPathsFailWithoutMessage) {
 }
 
 TEST(OutputPaths, JsonPathLengthIsCheckedOnlyWhenWanted) {
-    // 4094 characters ending in ".h": the HTML path fits; the JSON path, five characters of
-    // ".json" after the stem, does not.
-    const std::string out = std::string(4092, 'x') + ".h";
+    // A 4094-character path: the HTML path fits; the JSON path (directory part, stem "x" and
+    // ".json") needs 4097 and does not. The stem is cut to 255, so only the directory can be long.
+    const std::string out = std::string(4090, 'd') + "/x.h";
     OutputPaths paths;
     std::string message;
     EXPECT_TRUE(resolve_output_paths(out.c_str(), "ref.wav", false, paths, message));
