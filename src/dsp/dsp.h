@@ -1,0 +1,9 @@
+// The transform kernel: power-of-two sizing, the in-place complex FFT (forward unscaled, inverse
+// divided by n) used by alignment, sync-tone search and the spectral chart, and the Hann-windowed
+// spectrum frames in dB and linear magnitude used by the spectral and distortion checks.
+// The transform's pieces (bit reversal, twiddle recurrence, butterfly kernels, cache-blocked
+// stages) have headers of their own for tests and benchmarks; other subsystems use these two.
+#pragma once
+
+#include "dsp/fft.h"
+#include "dsp/spectrum_frame.h"

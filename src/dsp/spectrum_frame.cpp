@@ -1,0 +1,77 @@
+#include "dsp/spectrum_frame.h"
+
+#include "dsp/fft.h"
+
+#include <cmath>
+#include <memory>
+#include <new>
+#include <numbers>
+
+namespace {
+
+constexpr double kSilentBinDb = -200.0;
+
+// The window's argument uses i + 1, not i: the first and last samples get a small non-zero
+// weight and the second-to-last gets weight 0.
+double window_weight(std::size_t i, std::size_t n) {
+    return 0.5 * (1.0 - std::cos(2.0 * std::numbers::pi * static_cast<double>(i + 1) /
+                                 static_cast<double>(n - 1)));
+}
+
+// Writes the n / 2 linear magnitudes of the windowed frame to `out`. Returns false, writing
+// nothing, when n is not a power of two or the frame buffer cannot be allocated.
+bool frame_magnitudes(const WavFile& file, unsigned channel, std::size_t start_frame, std::size_t n,
+                      double* out) {
+    if ((n & (n - 1)) != 0) {
+        return false;
+    }
+    const std::unique_ptr<double[]> frame(new (std::nothrow) double[2 * n]);
+    if (!frame) {
+        return false;
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+        const double x = file.samples[(start_frame + i) * file.channels + channel];
+        frame[2 * i] = x * window_weight(i, n);
+        frame[2 * i + 1] = 0.0;
+    }
+    fft_complex(frame.get(), n, false);
+    for (std::size_t k = 0; k < n / 2; ++k) {
+        out[k] = std::hypot(frame[2 * k], frame[2 * k + 1]) * 4.0 / static_cast<double>(n);
+    }
+    return true;
+}
+
+void fill(double* out, std::size_t count, double value) {
+    for (std::size_t k = 0; k < count; ++k) {
+        out[k] = value;
+    }
+}
+
+} // namespace
+
+// With fewer than two frames there are no bins: nothing is read or written. Without a frame (n
+// not a power of two, or no memory for the frame buffer) every bin reads as silent: -200.0 dB
+// here, magnitude 0.0 below.
+void spectrum_db_frame(const WavFile& file, unsigned channel, std::size_t start_frame,
+                       std::size_t n, double* out) {
+    if (n < 2) {
+        return;
+    }
+    if (!frame_magnitudes(file, channel, start_frame, n, out)) {
+        fill(out, n / 2, kSilentBinDb);
+        return;
+    }
+    for (std::size_t k = 0; k < n / 2; ++k) {
+        out[k] = out[k] > 0.0 ? 20.0 * std::log10(out[k]) : kSilentBinDb;
+    }
+}
+
+void spectrum_mag_frame(const WavFile& file, unsigned channel, std::size_t start_frame,
+                        std::size_t n, double* out) {
+    if (n < 2) {
+        return;
+    }
+    if (!frame_magnitudes(file, channel, start_frame, n, out)) {
+        fill(out, n / 2, 0.0);
+    }
+}
