@@ -27,33 +27,35 @@ bool take_value(std::span<char* const> args, std::size_t& i, const char* name, c
     return true;
 }
 
+// A flag sets either a field of the option record itself or one of the settings it forces.
 struct AnalyzeFlag {
     const char* name;
-    bool AnalyzeOptions::*field;
+    bool AnalyzeOptions::*own;
+    bool CommandLineSettings::*forced;
 };
 
 constexpr AnalyzeFlag kAnalyzeFlags[] = {
-    {"--json", &AnalyzeOptions::json},
-    {"--deepscan", &AnalyzeOptions::deepscan},
-    {"--impulse", &AnalyzeOptions::impulse},
-    {"--ampsweep", &AnalyzeOptions::ampsweep},
-    {"--freqsweep", &AnalyzeOptions::freqsweep},
-    {"--bitaccuracy", &AnalyzeOptions::bitaccuracy},
-    {"--bitexact", &AnalyzeOptions::bitexact},
-    {"--no-bitexact", &AnalyzeOptions::no_bitexact},
-    {"--no-distortion", &AnalyzeOptions::no_distortion},
-    {"--levelfidelity-ref-only", &AnalyzeOptions::levelfidelity_ref_only},
-    {"--no-loudness", &AnalyzeOptions::no_loudness},
-    {"--loudness", &AnalyzeOptions::loudness},
-    {"--artifact-ref-only", &AnalyzeOptions::artifact_ref_only},
-    {"--quiet", &AnalyzeOptions::quiet},
-    {"--exit-code", &AnalyzeOptions::exit_code},
+    {"--json", &AnalyzeOptions::json, nullptr},
+    {"--deepscan", nullptr, &CommandLineSettings::deepscan},
+    {"--impulse", nullptr, &CommandLineSettings::impulse},
+    {"--ampsweep", nullptr, &CommandLineSettings::ampsweep},
+    {"--freqsweep", nullptr, &CommandLineSettings::freqsweep},
+    {"--bitaccuracy", nullptr, &CommandLineSettings::bitaccuracy},
+    {"--bitexact", nullptr, &CommandLineSettings::bitexact},
+    {"--no-bitexact", nullptr, &CommandLineSettings::no_bitexact},
+    {"--no-distortion", nullptr, &CommandLineSettings::no_distortion},
+    {"--levelfidelity-ref-only", nullptr, &CommandLineSettings::levelfidelity_ref_only},
+    {"--no-loudness", nullptr, &CommandLineSettings::no_loudness},
+    {"--loudness", nullptr, &CommandLineSettings::loudness},
+    {"--artifact-ref-only", nullptr, &CommandLineSettings::artifact_ref_only},
+    {"--quiet", &AnalyzeOptions::quiet, nullptr},
+    {"--exit-code", &AnalyzeOptions::exit_code, nullptr},
 };
 
 bool take_analyze_flag(const char* arg, AnalyzeOptions& out) {
     for (const AnalyzeFlag& flag : kAnalyzeFlags) {
         if (std::strcmp(arg, flag.name) == 0) {
-            out.*flag.field = true;
+            (flag.own ? out.*flag.own : out.settings.*flag.forced) = true;
             return true;
         }
     }
@@ -64,7 +66,7 @@ bool take_analyze_value(std::span<char* const> args, std::size_t& i, AnalyzeOpti
     const char* snapshots = nullptr;
     if (take_value(args, i, "--snapshots", snapshots)) {
         // Any text is accepted here, read as a base-10 signed integer; the range is checked later.
-        out.snapshots = std::strtol(snapshots, nullptr, 10);
+        out.settings.snapshots = std::strtol(snapshots, nullptr, 10);
         return true;
     }
     return take_value(args, i, "--ref", out.ref_path) ||
@@ -75,7 +77,7 @@ bool take_analyze_value(std::span<char* const> args, std::size_t& i, AnalyzeOpti
 }
 
 // The three pairs of options that contradict each other, refused in this order.
-ScanResult check_analyze_exclusions(const AnalyzeOptions& o) {
+ScanResult check_analyze_exclusions(const CommandLineSettings& o) {
     if (o.ampsweep && o.freqsweep)
         return {ScanStatus::refused,
                 "error: --ampsweep and --freqsweep cannot both be set -- spectral_fidelity.profile "
@@ -101,7 +103,7 @@ ScanResult scan_analyze_options(std::span<char* const> args, AnalyzeOptions& out
         return unclaimed(args[i]);
     }
     if (!out.ref_path || !out.dut_path || !out.out_path) return usage_error(missing);
-    return check_analyze_exclusions(out);
+    return check_analyze_exclusions(out.settings);
 }
 
 ScanResult scan_trim_options(std::span<char* const> args, TrimOptions& out) {

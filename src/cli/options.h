@@ -3,6 +3,8 @@
 // combination, the complete message line for the dispatcher to print.
 #pragma once
 
+#include "config/analysis_config.h"
+
 #include <optional>
 #include <span>
 #include <string>
@@ -16,21 +18,11 @@ struct AnalyzeOptions {
     const char* config_path = nullptr;
     const char* defaults_path = nullptr;
     bool json = false;
-    std::optional<long> snapshots;
-    bool deepscan = false;
-    bool impulse = false;
-    bool ampsweep = false;
-    bool freqsweep = false;
-    bool bitaccuracy = false;
-    bool bitexact = false;
-    bool no_bitexact = false;
-    bool no_distortion = false;
-    bool levelfidelity_ref_only = false;
-    bool no_loudness = false;
-    bool loudness = false;
-    bool artifact_ref_only = false;
     bool quiet = false;
     bool exit_code = false;
+    // The flags that force analysis settings, and --snapshots, as the settings resolution takes
+    // them.
+    CommandLineSettings settings;
 };
 
 struct TrimOptions {

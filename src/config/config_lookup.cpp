@@ -25,18 +25,10 @@ std::optional<std::size_t> object_end(std::string_view text, std::size_t open) {
     std::size_t depth = 0;
     bool in_string = false;
     for (std::size_t i = open; i < text.size(); ++i) {
-        const char c = text[i];
-        if (in_string) {
-            if (c == '\\') {
-                ++i;
-            } else if (c == '"') {
-                in_string = false;
-            }
-        } else if (c == '"') {
-            in_string = true;
-        } else if (c == '{') {
+        if (!outside_string(text, i, in_string)) continue;
+        if (text[i] == '{') {
             ++depth;
-        } else if (c == '}' && --depth == 0) {
+        } else if (text[i] == '}' && --depth == 0) {
             return i + 1;
         }
     }

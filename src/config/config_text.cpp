@@ -48,22 +48,28 @@ bool strip_config_comments(std::string_view raw, std::string& stripped) {
     return true;
 }
 
+bool outside_string(std::string_view text, std::size_t& i, bool& in_string) {
+    const char c = text[i];
+    if (in_string) {
+        if (c == '\\') {
+            ++i; // the escaped character cannot end the string
+        } else if (c == '"') {
+            in_string = false;
+        }
+        return false;
+    }
+    in_string = c == '"';
+    return !in_string;
+}
+
 bool config_braces_balanced(std::string_view stripped) {
     std::size_t depth = 0;
     bool in_string = false;
     for (std::size_t i = 0; i < stripped.size(); ++i) {
-        const char c = stripped[i];
-        if (in_string) {
-            if (c == '\\') {
-                ++i; // the escaped character cannot end the string
-            } else if (c == '"') {
-                in_string = false;
-            }
-        } else if (c == '"') {
-            in_string = true;
-        } else if (c == '{') {
+        if (!outside_string(stripped, i, in_string)) continue;
+        if (stripped[i] == '{') {
             ++depth;
-        } else if (c == '}') {
+        } else if (stripped[i] == '}') {
             if (depth == 0) return false;
             --depth;
         }

@@ -23,6 +23,11 @@ bool load_raw_config_text(const std::string& path, std::string& raw);
 // output would exceed kStrippedTextCapacity - 1 characters.
 bool strip_config_comments(std::string_view raw, std::string& stripped);
 
+// One step of a left-to-right scan over settings text that must skip strings: looks at text[i]
+// and returns true when it stands outside any string (and is not the quote that opens one). Inside
+// a string a backslash makes the scan step over the escaped character by advancing `i`.
+bool outside_string(std::string_view text, std::size_t& i, bool& in_string);
+
 // Outside strings, '{' and '}' must pair up, and no string may be left open at the end.
 bool config_braces_balanced(std::string_view stripped);
 

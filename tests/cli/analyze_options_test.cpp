@@ -144,21 +144,26 @@ TEST(AnalyzeOptions, EveryOptionFillsItsField) {
     EXPECT_STREQ(o.out_path, "o/");
     EXPECT_STREQ(o.config_path, "c.json");
     EXPECT_STREQ(o.defaults_path, "d.cfg");
-    EXPECT_EQ(o.snapshots, 7);
-    EXPECT_TRUE(o.json && o.deepscan && o.impulse && o.ampsweep && o.bitaccuracy && o.bitexact &&
-                o.no_distortion && o.levelfidelity_ref_only && o.loudness && o.artifact_ref_only &&
-                o.exit_code && o.quiet);
-    EXPECT_FALSE(o.freqsweep || o.no_bitexact || o.no_loudness);
+    const CommandLineSettings& f = o.settings;
+    EXPECT_EQ(f.snapshots, 7);
+    EXPECT_TRUE(o.json && o.exit_code && o.quiet);
+    EXPECT_TRUE(f.deepscan && f.impulse && f.ampsweep && f.bitaccuracy && f.bitexact &&
+                f.no_distortion && f.levelfidelity_ref_only && f.loudness && f.artifact_ref_only);
+    EXPECT_FALSE(f.freqsweep || f.no_bitexact || f.no_loudness);
 }
 
 TEST(AnalyzeOptions, FlagsStartFalseAndSnapshotsUnset) {
     AnalyzeOptions o;
     ASSERT_EQ(scan({"sonalyx", "analyze", "--ref", "r", "--dut", "d", "--out", "o"}, o).status,
               ScanStatus::ok);
-    EXPECT_FALSE(o.snapshots.has_value());
+    EXPECT_FALSE(o.settings.snapshots.has_value());
     EXPECT_EQ(o.config_path, nullptr);
     EXPECT_EQ(o.defaults_path, nullptr);
-    EXPECT_FALSE(o.json || o.deepscan || o.quiet || o.exit_code || o.no_loudness);
+    EXPECT_FALSE(o.json || o.quiet || o.exit_code);
+    const CommandLineSettings& f = o.settings;
+    EXPECT_FALSE(f.deepscan || f.impulse || f.ampsweep || f.freqsweep || f.bitaccuracy ||
+                 f.bitexact || f.no_bitexact || f.no_distortion || f.levelfidelity_ref_only ||
+                 f.no_loudness || f.loudness || f.artifact_ref_only);
 }
 
 TEST(AnalyzeOptions, SnapshotsIsReadAsASignedBase10Integer) {
@@ -170,8 +175,8 @@ TEST(AnalyzeOptions, SnapshotsIsReadAsASignedBase10Integer) {
                        o)
                       .status,
                   ScanStatus::ok);
-        ASSERT_TRUE(o.snapshots.has_value());
-        EXPECT_EQ(*o.snapshots, value) << text;
+        ASSERT_TRUE(o.settings.snapshots.has_value());
+        EXPECT_EQ(*o.settings.snapshots, value) << text;
     }
 }
 
@@ -183,7 +188,7 @@ TEST(AnalyzeOptions, LaterOccurrenceOverridesEarlier) {
                   .status,
               ScanStatus::ok);
     EXPECT_STREQ(o.ref_path, "b");
-    EXPECT_EQ(o.snapshots, 5);
+    EXPECT_EQ(o.settings.snapshots, 5);
 }
 
 } // namespace
