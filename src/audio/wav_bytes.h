@@ -7,6 +7,11 @@
 #include <cstring>
 #include <string_view>
 
+// Format tags of the fmt chunk (also the first word of an extensible file's SubFormat GUID).
+inline constexpr std::uint16_t kTagPcm = 1;
+inline constexpr std::uint16_t kTagFloat = 3;
+inline constexpr std::uint16_t kTagExtensible = 0xFFFE;
+
 inline std::uint16_t wav_load_u16(const std::uint8_t* p) {
     return static_cast<std::uint16_t>(p[0] | (p[1] << 8));
 }

@@ -7,9 +7,6 @@
 
 namespace {
 
-constexpr std::uint16_t kTagPcm = 1;
-constexpr std::uint16_t kTagFloat = 3;
-constexpr std::uint16_t kTagExtensible = 0xFFFE;
 constexpr std::uint32_t kFmtMinSize = 16;
 constexpr std::uint32_t kFmtReadLimit = 40;
 constexpr std::uint32_t kExtensibleMinSize = 26;
