@@ -1,0 +1,116 @@
+#include "align/alignment.h"
+#include "align/channel_copy.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// What the correlation and the RMS found on one channel, before classification.
+struct ChannelMeasurement {
+    std::int64_t lag = 0;
+    double corr = 0.0;
+    bool ref_silent = false;
+    bool dut_silent = false;
+};
+
+// sqrt(sum x^2 / frames); an empty channel has no level and counts as RMS 0 (so as silent).
+double rms(std::span<const double> x) {
+    if (x.empty()) return 0.0;
+    double sum = 0.0;
+    for (const double v : x) {
+        sum += v * v;
+    }
+    return std::sqrt(sum / static_cast<double>(x.size()));
+}
+
+// Correlates and measures channel k. Both mono copies are released on return, so only one
+// channel's buffers exist at a time.
+ChannelMeasurement measure_channel(const WavFile& ref, const WavFile& dut, std::size_t k,
+                                   std::size_t max_lag, double silence_level) {
+    ChannelMeasurement m;
+    const MonoBuffer ref_k = copy_channel(ref, k);
+    const MonoBuffer dut_k = copy_channel(dut, k);
+    if (!ref_k || !dut_k) return m;
+    const std::span<const double> ref_span(ref_k.get(), ref.frames);
+    const std::span<const double> dut_span(dut_k.get(), dut.frames);
+    const CorrelationPeak peak = cross_correlate(ref_span, dut_span, max_lag, false);
+    m.lag = peak.lag;
+    m.corr = peak.corr;
+    m.ref_silent = silence_level >= rms(ref_span);
+    m.dut_silent = silence_level >= rms(dut_span);
+    return m;
+}
+
+bool silent_in_either(const ChannelMeasurement& m) {
+    return m.ref_silent || m.dut_silent;
+}
+
+// Classifies channel k; a silent channel borrows from the other channel's raw measurement.
+ChannelAlignment classify(const std::array<ChannelMeasurement, 2>& measured, std::size_t k,
+                          std::uint64_t channels, double confidence_threshold) {
+    const ChannelMeasurement& own = measured[k];
+    ChannelAlignment out;
+    out.ref_silent = own.ref_silent;
+    out.dut_silent = own.dut_silent;
+    if (!silent_in_either(own)) {
+        out.state = AlignmentState::measured;
+        out.offset = own.lag;
+        out.confidence = own.corr;
+        out.ok = own.corr >= confidence_threshold;
+        return out;
+    }
+    out.ok = true;
+    if (channels == 2) {
+        const ChannelMeasurement& other = measured[1 - k];
+        if (!silent_in_either(other) && other.corr >= confidence_threshold) {
+            out.state = AlignmentState::silent_borrowed;
+            out.offset = other.lag;
+            out.confidence = other.corr;
+            return out;
+        }
+    }
+    out.state = AlignmentState::silent_zero;
+    return out;
+}
+
+} // namespace
+
+AlignmentResult align_channels(const WavFile& ref, const WavFile& dut, std::size_t max_lag,
+                               std::int64_t tolerance, double confidence_threshold,
+                               double silence_db) {
+    AlignmentResult result;
+    result.channels = ref.channels;
+    if (ref.channels == 0) return result;
+    const double silence_level = std::pow(10.0, silence_db / 20.0);
+    const std::size_t count = std::min<std::size_t>(ref.channels, 2);
+    std::array<ChannelMeasurement, 2> measured{};
+    for (std::size_t k = 0; k < count; ++k) {
+        measured[k] = measure_channel(ref, dut, k, max_lag, silence_level);
+    }
+    for (std::size_t k = 0; k < count; ++k) {
+        result.channel[k] = classify(measured, k, ref.channels, confidence_threshold);
+    }
+    const ChannelAlignment& first = result.channel[0];
+    result.file_offset = first.offset;
+    if (count == 1) {
+        result.aligned = first.ok;
+        return result;
+    }
+    const ChannelAlignment& second = result.channel[1];
+    // Three or more channels take this two-channel rule, over the first two only.
+    result.disagreement = std::abs(first.offset - second.offset);
+    result.aligned = result.disagreement <= tolerance && first.ok && second.ok;
+    return result;
+}
+
+const char* alignment_state_name(AlignmentState state) {
+    switch (state) {
+    case AlignmentState::silent_borrowed:
+        return "silent_borrowed";
+    case AlignmentState::silent_zero:
+        return "silent_zero";
+    default:
+        return "measured";
+    }
+}
