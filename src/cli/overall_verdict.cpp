@@ -1,0 +1,76 @@
+#include "cli/overall_verdict.h"
+
+#include "cli/capped_append.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace {
+
+struct GatingRow {
+    const char* machine;
+    const char* readable;
+    bool has_switch; // false: the check gates whenever it ran and failed
+};
+
+constexpr std::array<GatingRow, kGatingCheckCount> kGatingRows = {{
+    {"length_mismatch", "Length Mismatch", false},
+    {"bitexact", "Bit-Exactness", true},
+    {"levelfidelity", "Level Fidelity", true},
+    {"artifact", "Artifact Detection", true},
+    {"spectral", "Spectral Fidelity", false},
+    {"distortion", "Distortion", false},
+    {"loudness", "Loudness", true},
+    {"time_domain", "Time Domain", false},
+    {"impulse_template", "Impulse Template", false},
+}};
+
+const GatingRow& row_of(GatingCheck check) {
+    return kGatingRows[static_cast<std::size_t>(check)];
+}
+
+bool fails_overall(const GatingRow& row, const GatingInput& input) {
+    return input.ran && (!row.has_switch || input.gates) && !input.passed;
+}
+
+} // namespace
+
+const char* gating_machine_name(GatingCheck check) {
+    return row_of(check).machine;
+}
+
+const char* gating_readable_name(GatingCheck check) {
+    return row_of(check).readable;
+}
+
+GatingInputs gating_inputs(const RunResults& results) {
+    GatingInputs inputs{};
+    inputs[static_cast<std::size_t>(GatingCheck::length_mismatch)] = {
+        true, true, !results.length_mismatch.failed};
+    return inputs;
+}
+
+OverallVerdict compute_overall_verdict(const GatingInputs& inputs) {
+    OverallVerdict overall;
+    for (std::size_t index = 0; index < kGatingCheckCount; ++index) {
+        const GatingRow& row = kGatingRows[index];
+        if (!fails_overall(row, inputs[index])) continue;
+        overall.failed[index] = true;
+        append_capped(overall.machine_list, ",", row.machine, kMaxMachineListLength);
+        append_capped(overall.readable_list, ", ", row.readable, kMaxReadableListLength);
+        ++overall.gating_failure_count;
+    }
+    overall.passed = overall.gating_failure_count == 0;
+    return overall;
+}
+
+std::string overall_summary_line(const OverallVerdict& overall) {
+    std::array<char, kMaxSummaryLength + 1> line{};
+    const int written = overall.passed
+                            ? std::snprintf(line.data(), line.size(), "overall: PASS")
+                            : std::snprintf(line.data(), line.size(), "overall: FAIL -- %s",
+                                            overall.readable_list.c_str());
+    if (written < 0) return {};
+    return std::string(line.data()); // snprintf cut it to the buffer
+}

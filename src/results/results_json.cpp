@@ -1,0 +1,28 @@
+#include "results/results_json.h"
+#include "results/results_blocks.h"
+
+#include <array>
+#include <utility>
+
+namespace {
+
+// The blocks in key order; each check's block joins the list after the length mismatch.
+constexpr std::array<ResultsBlockWriter, 3> kResultsBlocks = {
+    write_header_block,
+    write_alignment_block,
+    write_length_mismatch_block,
+};
+
+} // namespace
+
+bool build_results_json(const RunResults& results, std::string& json) {
+    json.clear();
+    FlatJson object;
+    if (!json_open(object, kResultsJsonCapacity)) return false;
+    for (const ResultsBlockWriter write_block : kResultsBlocks) {
+        if (!write_block(object, results)) return false;
+    }
+    if (!json_close(object)) return false;
+    json = std::move(object.text);
+    return true;
+}
