@@ -1,9 +1,9 @@
 // The fixed usage text and the version banner of the sonalyx executable.
 #pragma once
 
-#include <cstdio>
+#include "results/version.h"
 
-inline constexpr const char* kSonalyxVersion = "0.7.1-beta";
+#include <cstdio>
 
 // Writes the whole usage text to `stream` (standard output for --help, standard error after a
 // usage error).

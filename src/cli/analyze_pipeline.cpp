@@ -1,0 +1,137 @@
+#include "cli/analyze_pipeline.h"
+
+#include "align/align.h"
+#include "audio/wav_file.h"
+#include "cli/analyze_inputs.h"
+#include "cli/comparison_error.h"
+#include "cli/output_paths.h"
+#include "cli/overall_verdict.h"
+#include "report/output_file.h"
+#include "results/results_json.h"
+
+#include <cstdio>
+
+namespace {
+
+void status_line(const AnalyzeOptions& options, const char* text) {
+    if (!options.quiet) std::fprintf(stderr, "%s\n", text);
+}
+
+FileFacts file_facts(const char* path, const WavFile& file) {
+    return {path,
+            file.sample_rate,
+            file.channels,
+            wav_format_bits(file.format),
+            wav_format_is_float(file.format),
+            file.frames};
+}
+
+// Aligns the pair; a failure is explained in one paragraph and raised as a comparison error.
+bool align_inputs(const AnalyzeOptions& options, const AnalyzeSettingsFiles& files,
+                  const WavPair& wavs, RunContext& context, AlignmentResult& alignment) {
+    AlignmentConfig settings;
+    resolve_alignment_config(files.config_file, files.defaults, settings);
+    const std::size_t max_lag = alignment_max_search_samples(settings, wavs.ref.sample_rate);
+    const std::int64_t tolerance = settings.fine_align_agreement_tolerance_samples.value;
+    const double threshold = settings.fine_align_confidence_threshold.value;
+    status_line(options, "Aligning...");
+    alignment = align_channels(wavs.ref, wavs.dut, max_lag, tolerance, threshold,
+                               settings.low_level_signal_threshold_db.value);
+    if (alignment.aligned) return true;
+    const ChannelDiagnoses diagnosis =
+        diagnose_alignment(wavs.ref, wavs.dut, alignment, max_lag, threshold);
+    const std::string explanation = explain_alignment_failure(
+        alignment, diagnosis, wavs.ref.sample_rate, max_lag, tolerance, threshold);
+    report_comparison_error(context.error_text, "%s", explanation.c_str());
+    return false;
+}
+
+// The reference frames the aligned DUT leaves uncovered; whether that fails is decided once the
+// tolerance setting is resolved.
+LengthMismatch measure_length_mismatch(const WavPair& wavs, std::int64_t file_offset) {
+    LengthMismatch mismatch;
+    const std::size_t ref_frames = wavs.ref.frames;
+    mismatch.shared_frames = overlap_from_offset(file_offset, ref_frames, wavs.dut.frames).length;
+    mismatch.uncovered_samples = static_cast<std::int64_t>(ref_frames - mismatch.shared_frames);
+    if (ref_frames > 0)
+        mismatch.uncovered_pct = static_cast<double>(mismatch.uncovered_samples) * 100.0 /
+                                 static_cast<double>(ref_frames);
+    return mismatch;
+}
+
+bool resolve_run_settings(const AnalyzeOptions& options, const AnalyzeSettingsFiles& files,
+                          RunResults& results) {
+    resolve_analysis_config(files.config_file, files.defaults.analysis, options.settings,
+                            results.sample_rate, results.length_mismatch.shared_frames,
+                            results.config);
+    std::string message;
+    if (!validate_analysis_config(results.config, results.sample_rate, message)) {
+        std::fputs(message.c_str(), stderr);
+        return false;
+    }
+    LengthMismatch& mismatch = results.length_mismatch;
+    mismatch.failed =
+        mismatch.uncovered_pct > results.config.general.length_mismatch_tolerance_pct.value;
+    return true;
+}
+
+// Writes the outputs that exist in this build and prints the summary line naming them.
+bool write_outputs(const AnalyzeOptions& options, const RunResults& results,
+                   const std::string& json) {
+    OutputPaths paths;
+    std::string message;
+    if (!resolve_output_paths(options.out_path, options.ref_path, options.json, paths, message)) {
+        std::fputs(message.c_str(), stderr);
+        std::fprintf(stderr, "error: could not resolve output path from --out '%s'\n",
+                     options.out_path);
+        return false;
+    }
+    status_line(options, "Writing report...");
+    const std::string summary = overall_summary_line(results.overall);
+    if (!options.json) {
+        std::printf("%s\n", summary.c_str());
+        return true;
+    }
+    if (!write_file_atomically(paths.json_path, json)) {
+        std::fprintf(stderr, "error: failed to write '%s'\n", paths.json_path.c_str());
+        return false;
+    }
+    std::printf("wrote %s (%s)\n", paths.json_path.c_str(), summary.c_str());
+    return true;
+}
+
+} // namespace
+
+int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
+    AnalyzeSettingsFiles files;
+    if (!load_analyze_settings(options, files)) return 1;
+    context = {true,
+               options.ref_path,
+               options.dut_path,
+               options.out_path,
+               options.json,
+               tester_info_from(files.defaults.general),
+               {}};
+
+    WavPair wavs;
+    if (!read_analyze_inputs(options, context, wavs) || !check_input_formats(wavs, context))
+        return 1;
+    RunResults results;
+    results.ref = file_facts(options.ref_path, wavs.ref);
+    results.dut = file_facts(options.dut_path, wavs.dut);
+    results.sample_rate = wavs.ref.sample_rate;
+    results.tester = context.tester;
+    if (!align_inputs(options, files, wavs, context, results.alignment)) return 1;
+    results.length_mismatch = measure_length_mismatch(wavs, results.alignment.file_offset);
+    if (!resolve_run_settings(options, files, results)) return 1;
+
+    status_line(options, "Analyzing...");
+    results.overall = compute_overall_verdict(gating_inputs(results));
+    std::string json;
+    if (!build_results_json(results, json)) {
+        std::fputs("error: internal -- results JSON exceeded buffer size\n", stderr);
+        return 1;
+    }
+    if (!write_outputs(options, results, json)) return 1;
+    return !results.overall.passed && options.exit_code ? 2 : 0;
+}

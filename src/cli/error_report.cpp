@@ -1,0 +1,24 @@
+#include "cli/error_report.h"
+
+#include "cli/output_paths.h"
+#include "report/output_file.h"
+#include "results/results_json.h"
+
+#include <cstdio>
+
+void write_error_report(const RunContext& context) {
+    OutputPaths paths;
+    std::string ignored;
+    if (!resolve_output_paths(context.out_path, context.ref_path, context.json, paths, ignored))
+        return;
+    if (!context.json) return;
+    std::string json;
+    if (!build_error_json(context.error_text, context.ref_path, context.dut_path, json) ||
+        !write_file_atomically(paths.json_path, json)) {
+        std::fprintf(stderr, "warning: could not write the error report '%s'\n",
+                     paths.json_path.c_str());
+        return;
+    }
+    // Only the JSON half of the ERROR report exists in this build, so the line names that file.
+    std::fprintf(stderr, "wrote an error report to %s (overall: ERROR)\n", paths.json_path.c_str());
+}

@@ -1,0 +1,17 @@
+// What the analyze pipeline shares with its caller: enough to write an ERROR report when the two
+// files turn out not to be comparable.
+#pragma once
+
+#include "results/run_results.h"
+
+#include <string>
+
+struct RunContext {
+    bool report_possible = false; // set once the settings files are loaded
+    const char* ref_path = nullptr;
+    const char* dut_path = nullptr;
+    const char* out_path = nullptr;
+    bool json = false;
+    TesterInfo tester;
+    std::string error_text; // the comparison errors of the run, joined by "; "
+};

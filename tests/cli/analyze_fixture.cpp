@@ -1,0 +1,27 @@
+#include "analyze_fixture.h"
+
+#include "audio/wav_writer.h"
+#include "support/signal_gen.h"
+
+#include <gtest/gtest.h>
+
+std::vector<double> test_noise(std::uint64_t seed, std::size_t frames) {
+    return signal_uniform(seed, frames, -0.5, 0.5);
+}
+
+std::vector<double> delayed(const std::vector<double>& signal, std::size_t delay) {
+    std::vector<double> out(signal.size(), 0.0);
+    for (std::size_t i = delay; i < signal.size(); ++i)
+        out[i] = signal[i - delay];
+    return out;
+}
+
+std::vector<double> interleaved(const std::vector<std::vector<double>>& channels) {
+    return signal_interleave(channels);
+}
+
+void write_wav(const std::string& path, std::uint32_t rate, std::uint32_t channels,
+               const std::vector<double>& samples, std::uint32_t format) {
+    ASSERT_TRUE(wav_write(path.c_str(), rate, channels, format, samples, samples.size() / channels))
+        << path;
+}

@@ -1,0 +1,226 @@
+#include "analyze_fixture.h"
+#include "cli_test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace {
+
+constexpr std::uint32_t kRate = 48000;
+
+struct AnalyzeRun {
+    TempDir dir;
+    std::string ref = dir.file("ref.wav");
+    std::string dut = dir.file("dut.wav");
+    std::string out = dir.file("report.html");
+    std::string json = dir.file("report.json");
+
+    ProcessOutput run(std::vector<std::string> extra = {}) const {
+        std::vector<std::string> args{"analyze", "--ref", ref, "--dut", dut, "--out", out};
+        args.insert(args.end(), extra.begin(), extra.end());
+        return run_sonalyx(args);
+    }
+};
+
+const char* const kStatusLines = "Aligning...\nAnalyzing...\nWriting report...\n";
+
+std::string json_header(const AnalyzeRun& r, const char* verdict, int failures,
+                        const char* failure_list, int channels, long frames) {
+    char text[2048];
+    std::snprintf(text, sizeof text,
+                  "{\n"
+                  "    \"sonalyx_phase\": 2,\n"
+                  "    \"status\": \"analyzed\",\n"
+                  "    \"overall_verdict\": \"%s\",\n"
+                  "    \"gating_failure_count\": %d,\n"
+                  "    \"gating_failures\": \"%s\",\n"
+                  "    \"ref_file\": \"%s\",\n"
+                  "    \"dut_file\": \"%s\",\n"
+                  "    \"sample_rate\": 48000,\n"
+                  "    \"ref_channels\": %d,\n"
+                  "    \"dut_channels\": %d,\n"
+                  "    \"ref_bit_depth\": 16,\n"
+                  "    \"dut_bit_depth\": 16,\n"
+                  "    \"ref_sample_format\": \"integer\",\n"
+                  "    \"dut_sample_format\": \"integer\",\n"
+                  "    \"ref_frame_count\": %ld,\n"
+                  "    \"dut_frame_count\": %ld,\n",
+                  verdict, failures, failure_list, r.ref.c_str(), r.dut.c_str(), channels, channels,
+                  frames, frames);
+    return text;
+}
+
+TEST(AnalyzeRun, MonoPairWritesTheCompleteResultsJson) {
+    const AnalyzeRun r;
+    const std::vector<double> ref = test_noise(1, kRate);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, delayed(ref, 100));
+    const ProcessOutput run = r.run({"--json"});
+    ASSERT_EQ(run.exit_status, 0) << run.err;
+    EXPECT_EQ(run.err, kStatusLines);
+    EXPECT_EQ(run.out, "wrote " + r.json + " (overall: PASS)\n");
+    EXPECT_EQ(read_text_file(r.json), json_header(r, "PASS", 0, "", 1, 48000) +
+                                          "    \"align_file_offset\": 100,\n"
+                                          "    \"align_disagreement_samples\": 0,\n"
+                                          "    \"align_channel_0_confidence\": 1.000000,\n"
+                                          "    \"align_channel_0_offset\": 100,\n"
+                                          "    \"align_channel_0_state\": \"measured\",\n"
+                                          "    \"align_channel_0_ref_silent\": 0,\n"
+                                          "    \"align_channel_0_dut_silent\": 0,\n"
+                                          "    \"length_mismatch_verdict\": \"PASS\",\n"
+                                          "    \"length_mismatch_ref_uncovered_pct\": 0.208333,\n"
+                                          "    \"length_mismatch_ref_uncovered_samples\": 100\n"
+                                          "}\n");
+    EXPECT_FALSE(path_exists(r.out)) << "no HTML page exists in this build";
+}
+
+TEST(AnalyzeRun, StereoPairWithASilentDutChannelBorrowsTheOffset) {
+    const AnalyzeRun r;
+    const std::vector<double> left = test_noise(2, kRate);
+    const std::vector<double> right = test_noise(3, kRate);
+    write_wav(r.ref, kRate, 2, interleaved({left, right}));
+    write_wav(r.dut, kRate, 2, interleaved({delayed(left, 7), std::vector<double>(kRate, 0.0)}));
+    const ProcessOutput run = r.run({"--json", "--quiet"});
+    ASSERT_EQ(run.exit_status, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(read_text_file(r.json), json_header(r, "PASS", 0, "", 2, 48000) +
+                                          "    \"align_file_offset\": 7,\n"
+                                          "    \"align_disagreement_samples\": 0,\n"
+                                          "    \"align_channel_0_confidence\": 1.000000,\n"
+                                          "    \"align_channel_0_offset\": 7,\n"
+                                          "    \"align_channel_0_state\": \"measured\",\n"
+                                          "    \"align_channel_0_ref_silent\": 0,\n"
+                                          "    \"align_channel_0_dut_silent\": 0,\n"
+                                          "    \"align_channel_1_confidence\": 1.000000,\n"
+                                          "    \"align_channel_1_offset\": 7,\n"
+                                          "    \"align_channel_1_state\": \"silent_borrowed\",\n"
+                                          "    \"align_channel_1_ref_silent\": 0,\n"
+                                          "    \"align_channel_1_dut_silent\": 1,\n"
+                                          "    \"length_mismatch_verdict\": \"PASS\",\n"
+                                          "    \"length_mismatch_ref_uncovered_pct\": 0.014583,\n"
+                                          "    \"length_mismatch_ref_uncovered_samples\": 7\n"
+                                          "}\n");
+}
+
+TEST(AnalyzeRun, QuietSilencesOnlyTheStatusLines) {
+    const AnalyzeRun r;
+    const std::vector<double> ref = test_noise(4, kRate / 2);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, ref);
+    const ProcessOutput loud = r.run();
+    EXPECT_EQ(loud.err, kStatusLines);
+    EXPECT_EQ(loud.out, "overall: PASS\n");
+    const ProcessOutput quiet = r.run({"--quiet"});
+    EXPECT_EQ(quiet.exit_status, 0);
+    EXPECT_EQ(quiet.err, "");
+    EXPECT_EQ(quiet.out, "overall: PASS\n");
+}
+
+TEST(AnalyzeRun, LengthMismatchFailsTheVerdictAndExitCodeTurnsItIntoStatus2) {
+    const AnalyzeRun r;
+    const std::vector<double> ref = test_noise(5, kRate);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, std::vector<double>(ref.begin(), ref.begin() + kRate / 2));
+    const ProcessOutput plain = r.run({"--quiet"});
+    EXPECT_EQ(plain.exit_status, 0);
+    EXPECT_EQ(plain.out, "overall: FAIL -- Length Mismatch\n");
+    const ProcessOutput gated = r.run({"--quiet", "--exit-code", "--json"});
+    EXPECT_EQ(gated.exit_status, 2);
+    EXPECT_EQ(gated.out, "wrote " + r.json + " (overall: FAIL -- Length Mismatch)\n");
+    const std::string json = read_text_file(r.json);
+    EXPECT_NE(json.find("    \"overall_verdict\": \"FAIL\",\n    \"gating_failure_count\": 1,\n"
+                        "    \"gating_failures\": \"length_mismatch\",\n"),
+              std::string::npos)
+        << json;
+    EXPECT_NE(json.find("    \"length_mismatch_verdict\": \"FAIL\",\n"
+                        "    \"length_mismatch_ref_uncovered_pct\": 50.000000,\n"
+                        "    \"length_mismatch_ref_uncovered_samples\": 24000\n}\n"),
+              std::string::npos)
+        << json;
+}
+
+TEST(AnalyzeRun, LengthMismatchToleranceComesFromTheSettings) {
+    const AnalyzeRun r;
+    const std::vector<double> ref = test_noise(6, kRate);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, std::vector<double>(ref.begin(), ref.begin() + kRate / 2));
+    const std::string config = r.dir.file("run.json");
+    ASSERT_TRUE(write_text_file(
+        config,
+        "{ \"general\": { \"length_mismatch_tolerance_pct\": 50.0 } } // exactly 50 passes"));
+    const ProcessOutput run = r.run({"--quiet", "--exit-code", "--config", config});
+    EXPECT_EQ(run.exit_status, 0) << run.err;
+    EXPECT_EQ(run.out, "overall: PASS\n");
+}
+
+TEST(AnalyzeRun, PathsWithQuoteAndBackslashAreEscapedInTheJson) {
+    AnalyzeRun r;
+    r.ref = r.dir.file("re\"f\\1.wav");
+    const std::vector<double> ref = test_noise(7, kRate / 4);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, ref);
+    const ProcessOutput run = r.run({"--quiet", "--json"});
+    ASSERT_EQ(run.exit_status, 0) << run.err;
+    EXPECT_NE(read_text_file(r.json).find("    \"ref_file\": \"" + r.dir.path() +
+                                          "/re\\\"f\\\\1.wav\",\n"),
+              std::string::npos);
+}
+
+TEST(AnalyzeRun, OverlongPathStopsWithTheInternalSizeError) {
+    AnalyzeRun r;
+    // Every backslash doubles when escaped: 300 of them exceed the 510-character entry limit.
+    const std::string folder = r.dir.file(std::string(200, '\\'));
+    ASSERT_TRUE(std::filesystem::create_directory(folder));
+    r.ref = folder + "/" + std::string(100, '\\') + ".wav";
+    const std::vector<double> ref = test_noise(8, kRate / 4);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, ref);
+    const ProcessOutput run = r.run({"--quiet", "--json"});
+    EXPECT_EQ(run.exit_status, 1);
+    EXPECT_EQ(run.err, "error: internal -- results JSON exceeded buffer size\n");
+    EXPECT_FALSE(path_exists(r.json));
+}
+
+TEST(AnalyzeRun, ValidationErrorsExitWithoutAnyReport) {
+    const AnalyzeRun r;
+    const std::vector<double> ref = test_noise(9, kRate / 4);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, ref);
+    const std::string config = r.dir.file("run.json");
+    ASSERT_TRUE(write_text_file(config, "{ \"spectral_fidelity\": { \"fft_size\": 1000 } }"));
+    const ProcessOutput run = r.run({"--json", "--config", config});
+    EXPECT_EQ(run.exit_status, 1);
+    EXPECT_EQ(run.err,
+              "Aligning...\nerror: spectral_fidelity.fft_size 1000 not supported -- must be "
+              "one of 1024, 2048, 4096, 8192, 16384, 32768 (also used by Distortion, "
+              "which reads this same field)\n");
+    EXPECT_EQ(run.out, "");
+    EXPECT_FALSE(path_exists(r.json));
+}
+
+TEST(AnalyzeRun, UnresolvableOutputPathIsAnError) {
+    AnalyzeRun r;
+    r.out = r.dir.file("missing/deeper/");
+    const std::vector<double> ref = test_noise(10, kRate / 4);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, ref);
+    const ProcessOutput run = r.run({"--quiet"});
+    EXPECT_EQ(run.exit_status, 1);
+    EXPECT_EQ(run.err, "error: could not create output directory '" + r.dir.file("missing/deeper") +
+                           "'\nerror: could not resolve output path from --out '" + r.out + "'\n");
+}
+
+TEST(AnalyzeRun, DirectoryOutWritesJsonUnderTheRefStem) {
+    AnalyzeRun r;
+    r.out = r.dir.file("reports/");
+    const std::vector<double> ref = test_noise(11, kRate / 4);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, ref);
+    const ProcessOutput run = r.run({"--quiet", "--json"});
+    ASSERT_EQ(run.exit_status, 0) << run.err;
+    EXPECT_EQ(run.out, "wrote " + r.dir.file("reports/ref.json") + " (overall: PASS)\n");
+    EXPECT_TRUE(path_exists(r.dir.file("reports/ref.json")));
+}
+
+} // namespace
