@@ -223,4 +223,43 @@ TEST(AnalyzeRun, DirectoryOutWritesJsonUnderTheRefStem) {
     EXPECT_TRUE(path_exists(r.dir.file("reports/ref.json")));
 }
 
+// Tiny files must run through alignment and the verdict without crashing.
+ProcessOutput run_tiny_pair(const AnalyzeRun& r, std::size_t frames) {
+    const std::vector<double> ref = test_noise(12, frames);
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, ref);
+    return r.run({"--quiet", "--json"});
+}
+
+TEST(AnalyzeRun, ZeroLengthFilesAreSilentAndAlignAtZero) {
+    const AnalyzeRun r;
+    const ProcessOutput run = run_tiny_pair(r, 0);
+    ASSERT_EQ(run.exit_status, 0) << run.err;
+    const std::string json = read_text_file(r.json);
+    EXPECT_NE(json.find("    \"align_channel_0_state\": \"silent_zero\",\n"
+                        "    \"align_channel_0_ref_silent\": 1,\n"
+                        "    \"align_channel_0_dut_silent\": 1,\n"
+                        "    \"length_mismatch_verdict\": \"PASS\",\n"
+                        "    \"length_mismatch_ref_uncovered_pct\": 0.000000,\n"
+                        "    \"length_mismatch_ref_uncovered_samples\": 0\n"),
+              std::string::npos)
+        << json;
+}
+
+TEST(AnalyzeRun, OneFrameFilesRun) {
+    const AnalyzeRun r;
+    const ProcessOutput run = run_tiny_pair(r, 1);
+    ASSERT_EQ(run.exit_status, 0) << run.err;
+    EXPECT_NE(read_text_file(r.json).find("    \"align_file_offset\": 0,\n"), std::string::npos);
+}
+
+TEST(AnalyzeRun, FilesShorterThanTheSearchWindowAlign) {
+    const AnalyzeRun r;
+    const ProcessOutput run = run_tiny_pair(r, 100); // the window reaches 4800 frames
+    ASSERT_EQ(run.exit_status, 0) << run.err;
+    EXPECT_NE(read_text_file(r.json).find("    \"align_channel_0_offset\": 0,\n"
+                                          "    \"align_channel_0_state\": \"measured\",\n"),
+              std::string::npos);
+}
+
 } // namespace
