@@ -1,6 +1,7 @@
 #include "cli/analyze_pipeline.h"
 
 #include "align/align.h"
+#include "audio/overlap.h"
 #include "audio/wav_file.h"
 #include "cli/analyze_inputs.h"
 #include "cli/comparison_error.h"

@@ -1,5 +1,5 @@
 // The stretch of reference frames that a file offset pairs with DUT frames.
-#include "align/overlap.h"
+#include "audio/overlap.h"
 
 #include <gtest/gtest.h>
 

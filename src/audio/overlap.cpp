@@ -1,4 +1,4 @@
-#include "align/overlap.h"
+#include "audio/overlap.h"
 
 #include <algorithm>
 
