@@ -1,0 +1,151 @@
+#include "checks/level_fidelity.h"
+
+#include "audio/overlap.h"
+#include "dsp/statistics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <new>
+#include <span>
+
+namespace {
+
+using ScratchBuffer = std::unique_ptr<double[]>;
+
+// The settings in the form the scan uses them.
+struct LevelLimits {
+    double floor = 0.0; // linear magnitude
+    double tol = 0.0;   // tolerance with its relative slack
+    double min_run_ms = 0.0;
+    double rate = 0.0; // reference sample rate
+};
+
+// One channel of the aligned pair: reference frame ref_first + i pairs with DUT frame
+// dut_first + i for i < length.
+struct AlignedChannel {
+    const WavFile* ref = nullptr;
+    const WavFile* dut = nullptr;
+    std::size_t k = 0;
+    std::size_t ref_first = 0;
+    std::size_t dut_first = 0;
+    std::size_t length = 0;
+};
+
+LevelLimits make_limits(const WavFile& ref, double floor_db, double tolerance_db,
+                        double min_run_ms) {
+    LevelLimits limits;
+    // A floor_db so low that the power underflows to 0 would let two silent samples give 0 / 0;
+    // holding the floor at the smallest normal double changes nothing above about -6150 dB.
+    limits.floor = std::max(std::pow(10.0, floor_db / 20.0), std::numeric_limits<double>::min());
+    // The slack lets a ratio computed equal to the tolerance pass.
+    limits.tol = tolerance_db + std::fabs(tolerance_db) * 1e-5;
+    limits.min_run_ms = min_run_ms;
+    limits.rate = static_cast<double>(ref.sample_rate);
+    return limits;
+}
+
+AlignedChannel aligned_channel(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
+                               std::size_t k) {
+    AlignedChannel view{&ref, &dut, k, 0, 0, 0};
+    if (ref.channels != dut.channels) return view;
+    const Overlap overlap = overlap_from_offset(file_offset, ref.frames, dut.frames);
+    view.ref_first = overlap.ref_start;
+    view.dut_first =
+        static_cast<std::size_t>(static_cast<std::int64_t>(overlap.ref_start) + file_offset);
+    view.length = overlap.length;
+    return view;
+}
+
+// The per-sample pass: counts, the worst sample and every ratio, stored into `ratios` in scan
+// order unless it is null (its allocation failed; the pass still measures everything else).
+// Returns the longest run of out-of-tolerance included samples.
+std::uint64_t scan_channel(const AlignedChannel& view, const LevelLimits& limits, double* ratios,
+                           LevelFidelityChannel& out) {
+    const std::size_t stride = view.ref->channels;
+    double largest = -1.0;
+    std::uint64_t run = 0;
+    std::uint64_t longest = 0;
+    for (std::size_t i = 0; i < view.length; ++i) {
+        const double a = std::fabs(view.ref->samples[(view.ref_first + i) * stride + view.k]);
+        const double b = std::fabs(view.dut->samples[(view.dut_first + i) * stride + view.k]);
+        if (a < limits.floor && b < limits.floor) {
+            ++out.samples_excluded;
+            continue;
+        }
+        const double ratio_db =
+            20.0 * std::log10(std::max(b, limits.floor) / std::max(a, limits.floor));
+        if (ratios) ratios[out.samples_included] = ratio_db;
+        ++out.samples_included;
+        const double magnitude = std::fabs(ratio_db);
+        if (magnitude > largest) {
+            largest = magnitude;
+            out.worst_sample = view.ref_first + i;
+            out.worst_diff_db = ratio_db;
+            out.worst_ref_amp = a;
+            out.worst_dut_amp = b;
+        }
+        run = magnitude > limits.tol ? run + 1 : 0;
+        longest = std::max(longest, run);
+    }
+    return longest;
+}
+
+// Median, MAD and p99 of the ratios, which it reorders. False when the scratch for the absolute
+// values cannot be allocated.
+bool fill_statistics(std::span<double> ratios, LevelFidelityChannel& out) {
+    const ScratchBuffer scratch(new (std::nothrow) double[ratios.size()]);
+    if (!scratch) return false;
+    const std::span<double> work(scratch.get(), ratios.size());
+    for (std::size_t i = 0; i < ratios.size(); ++i)
+        work[i] = std::fabs(ratios[i]);
+    out.p99_abs_db = nearest_rank_percentile(work, 0.99);
+    out.median_db = median_of(ratios);
+    for (std::size_t i = 0; i < ratios.size(); ++i)
+        work[i] = std::fabs(ratios[i] - out.median_db);
+    out.mad_db = median_of(work);
+    return true;
+}
+
+void apply_run_rule(std::uint64_t longest, const LevelLimits& limits, LevelFidelityChannel& out) {
+    if (limits.rate == 0.0) return;
+    out.longest_sustained_run_ms = static_cast<double>(longest) / limits.rate * 1000.0;
+    out.sustained_fail =
+        limits.min_run_ms > 0.0 && out.longest_sustained_run_ms >= limits.min_run_ms;
+}
+
+LevelFidelityChannel measure_channel(const AlignedChannel& view, const LevelLimits& limits) {
+    LevelFidelityChannel out;
+    const ScratchBuffer ratios(new (std::nothrow) double[view.length]);
+    apply_run_rule(scan_channel(view, limits, ratios.get(), out), limits, out);
+    out.has_data = out.samples_included > 0;
+    // A failed allocation fails the channel even when nothing was included: the statistics could
+    // not have been taken had there been anything to take them of.
+    if (!ratios) return out;
+    if (!out.has_data) {
+        out.passed = true;
+        return out;
+    }
+    const std::span<double> stored(ratios.get(), out.samples_included);
+    if (!fill_statistics(stored, out)) return out;
+    out.passed = limits.tol >= out.p99_abs_db && !out.sustained_fail;
+    return out;
+}
+
+} // namespace
+
+LevelFidelityResult level_fidelity(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
+                                   double floor_db, double tolerance_db, double min_run_ms) {
+    LevelFidelityResult result;
+    result.channels = ref.channels;
+    result.passed = true;
+    const LevelLimits limits = make_limits(ref, floor_db, tolerance_db, min_run_ms);
+    const std::size_t examined = std::min<std::size_t>(ref.channels, 2);
+    for (std::size_t k = 0; k < examined; ++k) {
+        result.channel[k] = measure_channel(aligned_channel(ref, dut, file_offset, k), limits);
+        result.passed = result.passed && result.channel[k].passed;
+    }
+    return result;
+}
