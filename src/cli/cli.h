@@ -16,4 +16,5 @@
 #include "cli/output_paths.h"
 #include "cli/overall_verdict.h"
 #include "cli/run_context.h"
+#include "cli/sample_checks.h"
 #include "cli/usage.h"

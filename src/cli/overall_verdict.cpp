@@ -44,10 +44,28 @@ const char* gating_readable_name(GatingCheck check) {
     return row_of(check).readable;
 }
 
+namespace {
+
+template <typename Result>
+GatingInput check_input(const CheckBlock<Result>& block, bool gates = false) {
+    return {block.ran, gates, !block.ran || block.result.passed};
+}
+
+} // namespace
+
 GatingInputs gating_inputs(const RunResults& results) {
+    const AnalysisConfig& config = results.config;
     GatingInputs inputs{};
-    inputs[static_cast<std::size_t>(GatingCheck::length_mismatch)] = {
-        true, true, !results.length_mismatch.failed};
+    auto input = [&inputs](GatingCheck check) -> GatingInput& {
+        return inputs[static_cast<std::size_t>(check)];
+    };
+    input(GatingCheck::length_mismatch) = {true, true, !results.length_mismatch.failed};
+    input(GatingCheck::bitexact) =
+        check_input(results.bit_exact, config.bit_exact.gates_overall.value);
+    input(GatingCheck::levelfidelity) =
+        check_input(results.level_fidelity, config.level_fidelity.gates_overall.value);
+    input(GatingCheck::time_domain) = check_input(results.time_domain);
+    input(GatingCheck::impulse_template) = check_input(results.impulse_template);
     return inputs;
 }
 

@@ -1,10 +1,14 @@
 // The results record: everything one analyze run measured (RunResults), and its rendering as the
 // flat results JSON, the ERROR results JSON, and the bounded entry writer those and the trim
-// report share.
+// report share; each check's keys have their own writer.
 #pragma once
 
+#include "results/bit_compare_keys.h"
+#include "results/impulse_template_keys.h"
 #include "results/json_entries.h"
+#include "results/level_fidelity_keys.h"
 #include "results/results_blocks.h"
 #include "results/results_json.h"
 #include "results/run_results.h"
+#include "results/time_domain_keys.h"
 #include "results/version.h"

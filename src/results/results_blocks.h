@@ -19,6 +19,13 @@ bool write_alignment_block(FlatJson& json, const RunResults& results);
 // The length-mismatch verdict, uncovered percentage and uncovered sample count.
 bool write_length_mismatch_block(FlatJson& json, const RunResults& results);
 
+// The sample-domain checks' blocks; each writes nothing when its check did not run.
+bool write_bitexact_block(FlatJson& json, const RunResults& results);
+bool write_bit_accuracy_block(FlatJson& json, const RunResults& results);
+bool write_level_fidelity_block(FlatJson& json, const RunResults& results);
+bool write_time_domain_block(FlatJson& json, const RunResults& results);
+bool write_impulse_template_block(FlatJson& json, const RunResults& results);
+
 // Channels that get per-channel keys: 2 for a stereo reference, else 1.
 std::size_t json_channel_count(const RunResults& results);
 // "<check>_channel_<N>_<suffix>", e.g. "align_channel_1_offset".

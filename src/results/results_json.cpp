@@ -6,11 +6,11 @@
 
 namespace {
 
-// The blocks in key order; each check's block joins the list after the length mismatch.
-constexpr std::array<ResultsBlockWriter, 3> kResultsBlocks = {
-    write_header_block,
-    write_alignment_block,
-    write_length_mismatch_block,
+// The blocks in key order.
+constexpr std::array<ResultsBlockWriter, 8> kResultsBlocks = {
+    write_header_block,      write_alignment_block,        write_length_mismatch_block,
+    write_bitexact_block,    write_bit_accuracy_block,     write_level_fidelity_block,
+    write_time_domain_block, write_impulse_template_block,
 };
 
 } // namespace

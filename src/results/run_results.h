@@ -4,6 +4,10 @@
 #pragma once
 
 #include "align/alignment.h"
+#include "checks/bit_compare.h"
+#include "checks/impulse_template.h"
+#include "checks/level_fidelity.h"
+#include "checks/time_domain.h"
 #include "config/analysis_config.h"
 #include "results/version.h"
 
@@ -59,12 +63,23 @@ struct TesterInfo {
     std::string company;
 };
 
+// One check's outcome: whether it ran, and its measurements and verdict when it did.
+template <typename Result> struct CheckBlock {
+    bool ran = false;
+    Result result{};
+};
+
 struct RunResults {
     FileFacts ref;
     FileFacts dut;
     std::uint32_t sample_rate = 0;
     AlignmentResult alignment;
     LengthMismatch length_mismatch;
+    CheckBlock<BitCompareResult> bit_exact;
+    CheckBlock<BitCompareResult> bit_accuracy;
+    CheckBlock<LevelFidelityResult> level_fidelity;
+    CheckBlock<TimeDomainResult> time_domain;
+    CheckBlock<ImpulseTemplateResult> impulse_template;
     OverallVerdict overall;
     AnalysisConfig config;
     TesterInfo tester;

@@ -6,7 +6,10 @@
 #include <gtest/gtest.h>
 
 std::vector<double> test_noise(std::uint64_t seed, std::size_t frames) {
-    return signal_uniform(seed, frames, -0.5, 0.5);
+    std::vector<double> noise = signal_uniform(seed, frames, -0.45, 0.45);
+    for (double& x : noise)
+        x += x < 0.0 ? -0.05 : 0.05;
+    return noise;
 }
 
 std::vector<double> delayed(const std::vector<double>& signal, std::size_t delay) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// Seeded noise at a moderate level, `frames` long.
+// Seeded noise, `frames` long, whose magnitude stays between 0.05 and 0.5 (never near silence).
 std::vector<double> test_noise(std::uint64_t seed, std::size_t frames);
 // `signal` delayed by `delay` frames (zeros in front), cut to the same length.
 std::vector<double> delayed(const std::vector<double>& signal, std::size_t delay);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 
 namespace {
@@ -51,6 +52,42 @@ std::string json_header(const AnalyzeRun& r, const char* verdict, int failures,
     return text;
 }
 
+// |x| as the 16-bit file stores it, printed as the results JSON prints values.
+std::string stored_amplitude(double x) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.6f", std::fabs(std::round(x * 32767.0) / 32767.0));
+    return text;
+}
+
+// The checks' keys for a DUT that equals the reference over `compared` aligned frames starting at
+// reference frame 0: bit-exact, and a level ratio of 0 dB on every sample.
+std::string identical_check_keys(long compared, const std::vector<std::vector<double>>& channels) {
+    std::string keys = "    \"bitexact_verdict\": \"PASS\",\n"
+                       "    \"bitexact_samples_compared\": " +
+                       std::to_string(compared * static_cast<long>(channels.size())) +
+                       ",\n"
+                       "    \"bitexact_samples_differing\": 0,\n"
+                       "    \"bitexact_max_error_db\": -999.000000,\n"
+                       "    \"levelfidelity_verdict\": \"PASS\",\n";
+    for (std::size_t k = 0; k < channels.size(); ++k) {
+        const std::string p = "    \"levelfidelity_channel_" + std::to_string(k) + "_";
+        const std::string amp = stored_amplitude(channels[k][0]);
+        keys += p + "samples_included\": " + std::to_string(compared) + ",\n" + p +
+                "samples_excluded\": 0,\n" + p + "median_db\": 0.000000,\n" + p +
+                "mad_db\": 0.000000,\n" + p + "p99_abs_db\": 0.000000,\n" + p +
+                "longest_sustained_run_ms\": 0.000000,\n" + p + "worst_sample\": 0,\n" + p +
+                "worst_diff_db\": 0.000000,\n" + p + "worst_ref_amp\": " + amp + ",\n" + p +
+                "worst_dut_amp\": " + amp + ",\n";
+    }
+    return keys;
+}
+
+// The results JSON ends its last entry without a comma.
+std::string closing(std::string keys) {
+    keys.erase(keys.size() - 2, 1);
+    return keys + "}\n";
+}
+
 TEST(AnalyzeRun, MonoPairWritesTheCompleteResultsJson) {
     const AnalyzeRun r;
     const std::vector<double> ref = test_noise(1, kRate);
@@ -70,17 +107,17 @@ TEST(AnalyzeRun, MonoPairWritesTheCompleteResultsJson) {
                                           "    \"align_channel_0_dut_silent\": 0,\n"
                                           "    \"length_mismatch_verdict\": \"PASS\",\n"
                                           "    \"length_mismatch_ref_uncovered_pct\": 0.208333,\n"
-                                          "    \"length_mismatch_ref_uncovered_samples\": 100\n"
-                                          "}\n");
+                                          "    \"length_mismatch_ref_uncovered_samples\": 100,\n" +
+                                          closing(identical_check_keys(47900, {ref})));
     EXPECT_FALSE(path_exists(r.out)) << "no HTML page exists in this build";
 }
 
-TEST(AnalyzeRun, StereoPairWithASilentDutChannelBorrowsTheOffset) {
+TEST(AnalyzeRun, StereoPairWritesTheCompleteResultsJson) {
     const AnalyzeRun r;
     const std::vector<double> left = test_noise(2, kRate);
     const std::vector<double> right = test_noise(3, kRate);
     write_wav(r.ref, kRate, 2, interleaved({left, right}));
-    write_wav(r.dut, kRate, 2, interleaved({delayed(left, 7), std::vector<double>(kRate, 0.0)}));
+    write_wav(r.dut, kRate, 2, interleaved({delayed(left, 7), delayed(right, 7)}));
     const ProcessOutput run = r.run({"--json", "--quiet"});
     ASSERT_EQ(run.exit_status, 0) << run.err;
     EXPECT_EQ(run.err, "");
@@ -94,13 +131,13 @@ TEST(AnalyzeRun, StereoPairWithASilentDutChannelBorrowsTheOffset) {
                                           "    \"align_channel_0_dut_silent\": 0,\n"
                                           "    \"align_channel_1_confidence\": 1.000000,\n"
                                           "    \"align_channel_1_offset\": 7,\n"
-                                          "    \"align_channel_1_state\": \"silent_borrowed\",\n"
+                                          "    \"align_channel_1_state\": \"measured\",\n"
                                           "    \"align_channel_1_ref_silent\": 0,\n"
-                                          "    \"align_channel_1_dut_silent\": 1,\n"
+                                          "    \"align_channel_1_dut_silent\": 0,\n"
                                           "    \"length_mismatch_verdict\": \"PASS\",\n"
                                           "    \"length_mismatch_ref_uncovered_pct\": 0.014583,\n"
-                                          "    \"length_mismatch_ref_uncovered_samples\": 7\n"
-                                          "}\n");
+                                          "    \"length_mismatch_ref_uncovered_samples\": 7,\n" +
+                                          closing(identical_check_keys(47993, {left, right})));
 }
 
 TEST(AnalyzeRun, QuietSilencesOnlyTheStatusLines) {
@@ -135,7 +172,7 @@ TEST(AnalyzeRun, LengthMismatchFailsTheVerdictAndExitCodeTurnsItIntoStatus2) {
         << json;
     EXPECT_NE(json.find("    \"length_mismatch_verdict\": \"FAIL\",\n"
                         "    \"length_mismatch_ref_uncovered_pct\": 50.000000,\n"
-                        "    \"length_mismatch_ref_uncovered_samples\": 24000\n}\n"),
+                        "    \"length_mismatch_ref_uncovered_samples\": 24000,\n"),
               std::string::npos)
         << json;
 }
@@ -241,7 +278,9 @@ TEST(AnalyzeRun, ZeroLengthFilesAreSilentAndAlignAtZero) {
                         "    \"align_channel_0_dut_silent\": 1,\n"
                         "    \"length_mismatch_verdict\": \"PASS\",\n"
                         "    \"length_mismatch_ref_uncovered_pct\": 0.000000,\n"
-                        "    \"length_mismatch_ref_uncovered_samples\": 0\n"),
+                        "    \"length_mismatch_ref_uncovered_samples\": 0,\n"
+                        "    \"bitexact_verdict\": \"FAIL\",\n"
+                        "    \"bitexact_samples_compared\": 0,\n"),
               std::string::npos)
         << json;
 }

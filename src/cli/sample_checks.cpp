@@ -1,0 +1,34 @@
+#include "cli/sample_checks.h"
+
+#include "checks/bit_compare.h"
+#include "checks/impulse_template.h"
+#include "checks/level_fidelity.h"
+#include "checks/time_domain.h"
+
+void run_sample_checks(const WavFile& ref, const WavFile& dut, RunResults& results) {
+    const AnalysisConfig& c = results.config;
+    const std::int64_t offset = results.alignment.file_offset;
+    if (c.bit_exact.enabled.value)
+        results.bit_exact = {true,
+                             bit_compare(ref, dut, offset, c.bit_exact.bit_deviation_db.value)};
+    if (c.bit_accuracy.enabled.value)
+        results.bit_accuracy = {true,
+                                bit_compare(ref, dut, offset, c.bit_accuracy.tolerance_db.value)};
+    const TimeDomainConfig& t = c.time_domain;
+    if (t.enabled.value)
+        results.time_domain = {
+            true,
+            time_domain_scan(ref, dut, offset, t.noise_floor_db.value, t.peak_threshold_db.value,
+                             t.peak_tolerance_pct.value, t.low_level_signal_threshold_db.value,
+                             t.low_level_signal_tolerance_pct.value, t.signal_tolerance_pct.value)};
+    const ImpulseTemplateConfig& i = c.impulse_template;
+    if (i.enabled.value)
+        results.impulse_template = {true,
+                                    impulse_template_check(ref, dut, offset, i.frame_size.value,
+                                                           i.peak_threshold_db.value, i.ratio.value,
+                                                           i.noise_floor_db.value)};
+    const LevelFidelityConfig& l = c.level_fidelity;
+    results.level_fidelity = {true, level_fidelity(ref, dut, offset, l.noise_floor_db.value,
+                                                   l.p99_tolerance_db.value,
+                                                   l.min_sustained_run_ms.value)};
+}
