@@ -1,11 +1,12 @@
-#include "cli/sample_checks.h"
+#include "cli/analysis_checks.h"
 
 #include "checks/bit_compare.h"
 #include "checks/impulse_template.h"
 #include "checks/level_fidelity.h"
 #include "checks/time_domain.h"
+#include "dsp/distortion.h"
 
-void run_sample_checks(const WavFile& ref, const WavFile& dut, RunResults& results) {
+void run_analysis_checks(const WavFile& ref, const WavFile& dut, RunResults& results) {
     const AnalysisConfig& c = results.config;
     const std::int64_t offset = results.alignment.file_offset;
     if (c.bit_exact.enabled.value)
@@ -31,4 +32,11 @@ void run_sample_checks(const WavFile& ref, const WavFile& dut, RunResults& resul
     results.level_fidelity = {true, level_fidelity(ref, dut, offset, l.noise_floor_db.value,
                                                    l.p99_tolerance_db.value,
                                                    l.min_sustained_run_ms.value)};
+    const DistortionConfig& d = c.distortion;
+    if (d.enabled.value)
+        results.distortion = {true,
+                              distortion_check(ref, dut, offset, c.spectral_fidelity.fft_size.value,
+                                               d.fundamental_notch_bins.value, d.continuous.value,
+                                               d.noise_floor_db.value, d.tolerance_ratio.value,
+                                               d.overlap_fraction.value)};
 }

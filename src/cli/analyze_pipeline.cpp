@@ -3,11 +3,11 @@
 #include "align/align.h"
 #include "audio/overlap.h"
 #include "audio/wav_file.h"
+#include "cli/analysis_checks.h"
 #include "cli/analyze_inputs.h"
 #include "cli/comparison_error.h"
 #include "cli/output_paths.h"
 #include "cli/overall_verdict.h"
-#include "cli/sample_checks.h"
 #include "report/output_file.h"
 #include "results/results_json.h"
 
@@ -128,7 +128,7 @@ int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
     if (!resolve_run_settings(options, files, results)) return 1;
 
     status_line(options, "Analyzing...");
-    run_sample_checks(wavs.ref, wavs.dut, results);
+    run_analysis_checks(wavs.ref, wavs.dut, results);
     results.overall = compute_overall_verdict(gating_inputs(results));
     std::string json;
     if (!build_results_json(results, json)) {

@@ -4,6 +4,7 @@
 // verdict, and the resolution of report output paths.
 #pragma once
 
+#include "cli/analysis_checks.h"
 #include "cli/analyze_inputs.h"
 #include "cli/analyze_pipeline.h"
 #include "cli/capped_append.h"
@@ -16,5 +17,4 @@
 #include "cli/output_paths.h"
 #include "cli/overall_verdict.h"
 #include "cli/run_context.h"
-#include "cli/sample_checks.h"
 #include "cli/usage.h"

@@ -3,9 +3,11 @@
 // spectrum frames in dB and linear magnitude used by the spectral and distortion checks.
 // The transform's pieces (bit reversal, twiddle recurrence, butterfly kernels, cache-blocked
 // stages) have headers of their own for tests and benchmarks; other subsystems use these two.
-// Also the median and nearest-rank percentile that every check's statistics share.
+// Also the median and nearest-rank percentile that every check's statistics share, and the
+// distortion (THD+N) check.
 #pragma once
 
+#include "dsp/distortion.h"
 #include "dsp/fft.h"
 #include "dsp/spectrum_frame.h"
 #include "dsp/statistics.h"

@@ -1,5 +1,6 @@
 // The results JSON blocks of the checks: each check's keys, written only when it ran.
 #include "results/bit_compare_keys.h"
+#include "results/distortion_keys.h"
 #include "results/impulse_template_keys.h"
 #include "results/level_fidelity_keys.h"
 #include "results/results_blocks.h"
@@ -18,6 +19,10 @@ bool write_bit_accuracy_block(FlatJson& json, const RunResults& results) {
 bool write_level_fidelity_block(FlatJson& json, const RunResults& results) {
     return !results.level_fidelity.ran ||
            write_level_fidelity_keys(json, results.level_fidelity.result);
+}
+
+bool write_distortion_block(FlatJson& json, const RunResults& results) {
+    return !results.distortion.ran || write_distortion_keys(json, results.distortion.result);
 }
 
 bool write_time_domain_block(FlatJson& json, const RunResults& results) {

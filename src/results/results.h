@@ -4,6 +4,7 @@
 #pragma once
 
 #include "results/bit_compare_keys.h"
+#include "results/distortion_keys.h"
 #include "results/impulse_template_keys.h"
 #include "results/json_entries.h"
 #include "results/level_fidelity_keys.h"

@@ -9,6 +9,7 @@
 #include "checks/level_fidelity.h"
 #include "checks/time_domain.h"
 #include "config/analysis_config.h"
+#include "dsp/distortion.h"
 #include "results/version.h"
 
 #include <array>
@@ -78,6 +79,7 @@ struct RunResults {
     CheckBlock<BitCompareResult> bit_exact;
     CheckBlock<BitCompareResult> bit_accuracy;
     CheckBlock<LevelFidelityResult> level_fidelity;
+    CheckBlock<DistortionResult> distortion;
     CheckBlock<TimeDomainResult> time_domain;
     CheckBlock<ImpulseTemplateResult> impulse_template;
     OverallVerdict overall;

@@ -103,13 +103,14 @@ TEST(AnalyzeChecks, BitAccuracyPassesOneCodeAndWritesItsTolerance) {
 TEST(AnalyzeChecks, LevelFidelityPassesOneDbAndFailsOnePointOneDb) {
     CheckRun louder;
     louder.write_pair([](std::vector<double>& dut) { gain_db(dut, 1.0); });
-    const ProcessOutput passing = louder.run({"--no-bitexact"});
+    // Broadband noise made louder reads as a large THD+N, so distortion stays out of this test.
+    const ProcessOutput passing = louder.run({"--no-bitexact", "--no-distortion"});
     EXPECT_EQ(passing.exit_status, 0) << passing.out;
     EXPECT_TRUE(has(louder.json(), "    \"levelfidelity_verdict\": \"PASS\",\n"));
 
     CheckRun loudest;
     loudest.write_pair([](std::vector<double>& dut) { gain_db(dut, 1.1); });
-    const ProcessOutput failing = loudest.run({"--no-bitexact"});
+    const ProcessOutput failing = loudest.run({"--no-bitexact", "--no-distortion"});
     EXPECT_EQ(failing.exit_status, 2);
     EXPECT_EQ(failing.out, loudest.wrote("overall: FAIL -- Level Fidelity"));
 }
@@ -117,22 +118,23 @@ TEST(AnalyzeChecks, LevelFidelityPassesOneDbAndFailsOnePointOneDb) {
 TEST(AnalyzeChecks, LevelFidelityCanBeMadeReferenceOnly) {
     CheckRun r;
     r.write_pair([](std::vector<double>& dut) { gain_db(dut, 1.1); });
-    const ProcessOutput flag = r.run({"--levelfidelity-ref-only"});
+    const ProcessOutput flag = r.run({"--levelfidelity-ref-only", "--no-distortion"});
     EXPECT_EQ(flag.exit_status, 0);
     EXPECT_TRUE(has(r.json(), "    \"levelfidelity_verdict\": \"FAIL\",\n"));
 
     const std::string config = r.dir.file("run.json");
     ASSERT_TRUE(write_text_file(config, "{ \"level_fidelity\": { \"gates_overall\": false } }"));
-    EXPECT_EQ(r.run({"--config", config}).exit_status, 0);
+    EXPECT_EQ(r.run({"--config", config, "--no-distortion"}).exit_status, 0);
 
     const std::string defaults = r.dir.file("defaults.cfg");
     ASSERT_TRUE(write_text_file(
         defaults, "{ \"analysis\": { \"level_fidelity\": { \"gates_overall\": false } } }"));
-    EXPECT_EQ(r.run({"--defaults-cfg", defaults}).exit_status, 0);
+    EXPECT_EQ(r.run({"--defaults-cfg", defaults, "--no-distortion"}).exit_status, 0);
 
     const std::string gating = r.dir.file("gating.json");
     ASSERT_TRUE(write_text_file(gating, "{ \"level_fidelity\": { \"gates_overall\": true } }"));
-    EXPECT_EQ(r.run({"--defaults-cfg", defaults, "--config", gating}).exit_status, 2)
+    EXPECT_EQ(
+        r.run({"--defaults-cfg", defaults, "--config", gating, "--no-distortion"}).exit_status, 2)
         << "--config wins over the defaults file";
 }
 

@@ -93,7 +93,8 @@ TEST(AnalyzeRun, MonoPairWritesTheCompleteResultsJson) {
     const std::vector<double> ref = test_noise(1, kRate);
     write_wav(r.ref, kRate, 1, ref);
     write_wav(r.dut, kRate, 1, delayed(ref, 100));
-    const ProcessOutput run = r.run({"--json"});
+    // The strongest bin of noise is not predictable here; distortion has tests of its own.
+    const ProcessOutput run = r.run({"--json", "--no-distortion"});
     ASSERT_EQ(run.exit_status, 0) << run.err;
     EXPECT_EQ(run.err, kStatusLines);
     EXPECT_EQ(run.out, "wrote " + r.json + " (overall: PASS)\n");
@@ -118,7 +119,7 @@ TEST(AnalyzeRun, StereoPairWritesTheCompleteResultsJson) {
     const std::vector<double> right = test_noise(3, kRate);
     write_wav(r.ref, kRate, 2, interleaved({left, right}));
     write_wav(r.dut, kRate, 2, interleaved({delayed(left, 7), delayed(right, 7)}));
-    const ProcessOutput run = r.run({"--json", "--quiet"});
+    const ProcessOutput run = r.run({"--json", "--quiet", "--no-distortion"});
     ASSERT_EQ(run.exit_status, 0) << run.err;
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(read_text_file(r.json), json_header(r, "PASS", 0, "", 2, 48000) +

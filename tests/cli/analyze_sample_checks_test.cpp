@@ -1,5 +1,6 @@
 #include "analyze_fixture.h"
 #include "cli_test_support.h"
+#include "support/signal_gen.h"
 
 #include <gtest/gtest.h>
 
@@ -115,7 +116,9 @@ TEST(AnalyzeSampleChecks, DeepscanFailsADutTwentyPercentLouderOnPositiveSamples)
     }
     write_wav(r.ref, kRate, 1, ref);
     write_wav(r.dut, kRate, 1, dut);
-    const ProcessOutput run = r.run({"--deepscan", "--levelfidelity-ref-only", "--exit-code"});
+    // Broadband noise made louder reads as a large THD+N, so distortion stays out of this test.
+    const ProcessOutput run =
+        r.run({"--deepscan", "--levelfidelity-ref-only", "--no-distortion", "--exit-code"});
     EXPECT_EQ(run.exit_status, 2);
     EXPECT_EQ(run.out, r.wrote("overall: FAIL -- Time Domain"));
     const std::string json = r.json();
@@ -153,6 +156,59 @@ TEST(AnalyzeSampleChecks, ImpulseTemplatePassesAQuietClickInSilence) {
     const ProcessOutput run = r.run({"--impulse", "--exit-code"});
     EXPECT_EQ(run.exit_status, 0);
     EXPECT_TRUE(has(r.json(), "    \"impulse_template_verdict\": \"PASS\",\n"));
+}
+
+} // namespace
+
+namespace {
+
+// A 1 kHz tone at half scale; the DUT optionally adds its third harmonic at `harmonic` of it.
+void write_tone_pair(const PairRun& r, double harmonic) {
+    const std::vector<double> ref = signal_sine(1000.0, 0.5, kRate, kRate / 2, 0.0);
+    std::vector<double> dut = ref;
+    const std::vector<double> third = signal_sine(3000.0, 0.5 * harmonic, kRate, kRate / 2, 0.0);
+    for (std::size_t i = 0; i < dut.size(); ++i)
+        dut[i] += third[i];
+    write_wav(r.ref, kRate, 1, ref);
+    write_wav(r.dut, kRate, 1, dut);
+}
+
+TEST(AnalyzeSampleChecks, DistortionReadsAOnePercentThirdHarmonic) {
+    const PairRun r;
+    write_tone_pair(r, 0.01);
+    ASSERT_EQ(r.run().exit_status, 0);
+    const std::string json = r.json();
+    EXPECT_NEAR(json_number(json, "distortion_channel_0_thdn_ratio"), 0.01, 5e-4) << json;
+    EXPECT_NEAR(json_number(json, "distortion_channel_0_thdn_db"), -40.0, 0.5) << json;
+    // 1000 Hz lies between bins of the 8192-point frame; the strongest is within one bin width.
+    EXPECT_NEAR(json_number(json, "distortion_channel_0_fundamental_freq_hz"), 1000.0,
+                48000.0 / 8192.0);
+}
+
+TEST(AnalyzeSampleChecks, DistortionAboveTheToleranceFailsTheVerdict) {
+    const PairRun r;
+    write_tone_pair(r, 0.02); // 2 %, twice the default tolerance ratio of 0.01
+    const ProcessOutput run = r.run({"--exit-code"});
+    EXPECT_EQ(run.exit_status, 2);
+    EXPECT_EQ(run.out, r.wrote("overall: FAIL -- Distortion"));
+}
+
+TEST(AnalyzeSampleChecks, DistortionOfAnIdenticalToneIsZero) {
+    const PairRun r;
+    write_tone_pair(r, 0.0);
+    ASSERT_EQ(r.run({"--exit-code"}).exit_status, 0);
+    const std::string json = r.json();
+    EXPECT_TRUE(has(json, "    \"distortion_verdict\": \"PASS\",\n")) << json;
+    EXPECT_TRUE(has(json, "    \"distortion_channel_0_thdn_ratio\": 0.000000,\n"
+                          "    \"distortion_channel_0_thdn_db\": -200.000000,\n"))
+        << json;
+}
+
+TEST(AnalyzeSampleChecks, NoDistortionRemovesItsKeys) {
+    const PairRun r;
+    write_tone_pair(r, 0.0);
+    ASSERT_EQ(r.run({"--no-distortion"}).exit_status, 0);
+    EXPECT_FALSE(has(r.json(), "distortion_"));
 }
 
 } // namespace
