@@ -27,7 +27,7 @@ scripts/build.sh build/sanitize -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSONALYX_SANI
 ctest --test-dir build/sanitize --output-on-failure -j "$(nproc)"
 
 echo "== fuzzing"
-scripts/build.sh build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DSONALYX_FUZZ=ON -DSONALYX_TESTS=OFF \
+BUILD_TARGET=fuzz_harnesses scripts/build.sh build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DSONALYX_FUZZ=ON -DSONALYX_TESTS=OFF \
     -DSONALYX_BENCH=OFF
 scripts/fuzz.sh build/fuzz 30
 
