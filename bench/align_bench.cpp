@@ -5,6 +5,7 @@
 // pair, resets its peak-RSS mark (/proc/self/clear_refs), aligns, and reports its wall time, its
 // resident memory just before aligning and its peak resident memory while aligning (VmHWM).
 #include "align/alignment.h"
+#include "bench_pair.h"
 #include "dsp/fft.h"
 #include "dsp/fft_stages.h"
 #include "support/reference_fft.h"
@@ -100,11 +101,6 @@ bool reset_peak_rss() {
     if (refs == nullptr) return false;
     const bool ok = std::fputs("5", refs) >= 0;
     return std::fclose(refs) == 0 && ok;
-}
-
-double now_seconds() {
-    using Clock = std::chrono::steady_clock;
-    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
 }
 
 // The correlation of align_channels, step for step, on the plain reference transform: two zeroed

@@ -3,6 +3,7 @@
 // frames late, carries a little second- and third-harmonic distortion from a gentle asymmetric
 // curve and some noise, so every ungated frame has a small, varied THD+N and the rests in the
 // material are gated. Prints the time, the frames per second and each channel's figures.
+#include "bench_pair.h"
 #include "dsp/distortion.h"
 #include "support/signal_gen.h"
 
@@ -38,30 +39,6 @@ double device(double x, SignalRng& rng) {
     return x + 0.004 * x * x - 0.003 * x * x * x + 3e-5 * signal_next_uniform(rng, -1.0, 1.0);
 }
 
-void make_pair(std::size_t frames, WavFile& ref, WavFile& dut) {
-    for (WavFile* file : {&ref, &dut}) {
-        file->sample_rate = kRate;
-        file->channels = 2;
-        file->format = kWavFormatFloat64;
-    }
-    ref.frames = frames;
-    ref.samples.resize(2 * frames);
-    dut.frames = frames + kDelay;
-    dut.samples.assign(2 * dut.frames, 0.0);
-    SignalRng source = signal_rng(1);
-    SignalRng noise = signal_rng(2);
-    for (std::size_t n = 0; n < frames; ++n) {
-        program_frame(n, source, &ref.samples[2 * n]);
-        for (std::size_t k = 0; k < 2; ++k)
-            dut.samples[2 * (n + kDelay) + k] = device(ref.samples[2 * n + k], noise);
-    }
-}
-
-double now_seconds() {
-    using Clock = std::chrono::steady_clock;
-    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
-}
-
 void print_channel(unsigned k, const DistortionChannelResult& c) {
     std::printf("  channel %u: frames %llu (gated %llu), worst %.6f (%.2f dB) at frame %llu, "
                 "%.2f Hz, p50 %.6f, p95 %.6f, %s\n",
@@ -78,7 +55,7 @@ int main(int argc, char** argv) {
     const auto frames = static_cast<std::size_t>(minutes * 60.0 * kRate);
     WavFile ref;
     WavFile dut;
-    make_pair(frames, ref, dut);
+    make_device_pair(frames, kDelay, kRate, program_frame, device, ref, dut);
     const double start = now_seconds();
     const DistortionResult r = distortion_check(ref, dut, kDelay, kN, 20, true, -100.0, 0.01, 0.5);
     const double seconds = now_seconds() - start;

@@ -9,6 +9,7 @@
 // floor. Global operator new is counted to show that the check allocates only its per-channel
 // frame buffers.
 #include "allocation_counter.h"
+#include "bench_pair.h"
 #include "checks/impulse_template.h"
 #include "support/signal_gen.h"
 
@@ -80,11 +81,6 @@ void build_noise_pair(std::size_t frames, WavFile& ref, WavFile& dut) {
     for (double& value : ref.samples)
         value = signal_next_uniform(rng, -0.6, 0.6);
     build_dut(ref, rng, dut);
-}
-
-double now_seconds() {
-    using Clock = std::chrono::steady_clock;
-    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
 }
 
 // The plain read of both files over the overlap: the sum of |u| - |r| over every pair.

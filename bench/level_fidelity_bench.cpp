@@ -4,6 +4,7 @@
 // compressed on its peaks and carries a little noise, so most ratios differ from 0 dB by small,
 // varied amounts and the quiet gaps exercise the floor. Prints both times, the speed-up and
 // whether the two result records are identical field for field.
+#include "bench_pair.h"
 #include "checks/level_fidelity.h"
 #include "support/level_fidelity_reference.h"
 #include "support/signal_gen.h"
@@ -44,30 +45,6 @@ double device(double x, SignalRng& rng) {
     const double magnitude = std::fabs(gained);
     const double shaped = magnitude <= 0.6 ? magnitude : 0.6 + (magnitude - 0.6) * 0.8;
     return std::copysign(shaped, gained) + 3e-5 * signal_next_uniform(rng, -1.0, 1.0);
-}
-
-void make_pair(std::size_t frames, WavFile& ref, WavFile& dut) {
-    for (WavFile* file : {&ref, &dut}) {
-        file->sample_rate = kRate;
-        file->channels = 2;
-        file->format = kWavFormatFloat64;
-    }
-    ref.frames = frames;
-    ref.samples.resize(2 * frames);
-    dut.frames = frames + kDelay;
-    dut.samples.assign(2 * dut.frames, 0.0);
-    SignalRng source = signal_rng(1);
-    SignalRng noise = signal_rng(2);
-    for (std::size_t n = 0; n < frames; ++n) {
-        program_frame(n, source, &ref.samples[2 * n]);
-        for (std::size_t k = 0; k < 2; ++k)
-            dut.samples[2 * (n + kDelay) + k] = device(ref.samples[2 * n + k], noise);
-    }
-}
-
-double now_seconds() {
-    using Clock = std::chrono::steady_clock;
-    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
 }
 
 bool same_channel(const LevelFidelityChannel& a, const ReferenceLevelChannel& b) {
@@ -114,7 +91,7 @@ int main(int argc, char** argv) {
     const auto frames = static_cast<std::size_t>(minutes * 60.0 * kRate);
     WavFile ref;
     WavFile dut;
-    make_pair(frames, ref, dut);
+    make_device_pair(frames, kDelay, kRate, program_frame, device, ref, dut);
     std::printf("level fidelity: %.1f min stereo %u Hz pair, %zu frames, DUT %lld frames late\n",
                 minutes, kRate, frames, static_cast<long long>(kDelay));
 

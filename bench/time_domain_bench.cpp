@@ -5,6 +5,7 @@
 // loop that only reads both channels over the same overlap, as the floor set by memory traffic.
 // Global operator new is counted to show that the scan allocates nothing.
 #include "allocation_counter.h"
+#include "bench_pair.h"
 #include "checks/time_domain.h"
 #include "support/signal_gen.h"
 
@@ -60,11 +61,6 @@ void build_pair(std::size_t frames, WavFile& ref, WavFile& dut) {
         for (std::uint32_t k = 0; k < kChannels; ++k)
             u[k] = r[k] * gain + signal_next_uniform(rng, -1e-4, 1e-4);
     }
-}
-
-double now_seconds() {
-    using Clock = std::chrono::steady_clock;
-    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
 }
 
 // The plain read of both files over the overlap: the sum of |u - r| over every pair.

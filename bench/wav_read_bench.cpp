@@ -3,6 +3,7 @@
 // then times wav_read of it and `cat file > /dev/null`, each in its own child process, and prints
 // wall time and peak resident memory of both next to the expected memory floor.
 #include "audio/wav_reader.h"
+#include "bench_pair.h"
 #include "support/signal_gen.h"
 #include "support/temp_dir.h"
 #include "support/wav_fixture.h"
@@ -76,11 +77,6 @@ bool write_material(const std::string& path) {
         ok = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
     }
     return std::fclose(file) == 0 && ok;
-}
-
-double now_seconds() {
-    using Clock = std::chrono::steady_clock;
-    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
 }
 
 // Waits for the child and fills in its peak resident memory and success.
