@@ -1,5 +1,6 @@
 #include "align/alignment.h"
 #include "align/channel_copy.h"
+#include "audio/decibels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -82,7 +83,7 @@ AlignmentResult align_channels(const WavFile& ref, const WavFile& dut, std::size
     AlignmentResult result;
     result.channels = ref.channels;
     if (ref.channels == 0) return result;
-    const double silence_level = std::pow(10.0, silence_db / 20.0);
+    const double silence_level = db_to_linear(silence_db);
     const std::size_t count = std::min<std::size_t>(ref.channels, 2);
     std::array<ChannelMeasurement, 2> measured{};
     for (std::size_t k = 0; k < count; ++k) {

@@ -1,9 +1,11 @@
 // Audio files: reads 16/24/32-bit integer and 32/64-bit float PCM WAV files whole into a WavFile
 // of normalised double samples (keeping every other chunk as raw bytes), and writes such samples
 // back as WAV files with plain or extensible headers; and the overlap of two files under a
-// frame offset, from which every comparison takes its range.
+// frame offset, from which every comparison takes its range; and the dB conversions every check
+// shares.
 #pragma once
 
+#include "audio/decibels.h"
 #include "audio/overlap.h"
 #include "audio/wav_file.h"
 #include "audio/wav_reader.h"

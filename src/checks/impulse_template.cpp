@@ -1,4 +1,5 @@
 #include "checks/impulse_template.h"
+#include "audio/decibels.h"
 
 #include "audio/overlap.h"
 #include "checks/impulse_template_frame.h"
@@ -97,8 +98,8 @@ ImpulseTemplateResult impulse_template_check(const WavFile& ref, const WavFile& 
     result.passed = true;
     if (result.channels == 0) return result;
     ImpulseTemplateLevels levels;
-    levels.floor = std::pow(10.0, noise_floor_db / 20.0);
-    levels.peak = std::pow(10.0, peak_threshold_db / 20.0);
+    levels.floor = db_to_linear(noise_floor_db);
+    levels.peak = db_to_linear(peak_threshold_db);
     levels.ratio = ratio;
     levels.guard = static_cast<std::size_t>(0.005 * static_cast<double>(ref.sample_rate));
     const std::size_t examined = std::min<std::size_t>(ref.channels, 2);

@@ -1,4 +1,5 @@
 #include "checks/level_fidelity.h"
+#include "audio/decibels.h"
 
 #include "audio/overlap.h"
 #include "dsp/statistics.h"
@@ -39,7 +40,7 @@ LevelLimits make_limits(const WavFile& ref, double floor_db, double tolerance_db
     LevelLimits limits;
     // A floor_db so low that the power underflows to 0 would let two silent samples give 0 / 0;
     // holding the floor at the smallest normal double changes nothing above about -6150 dB.
-    limits.floor = std::max(std::pow(10.0, floor_db / 20.0), std::numeric_limits<double>::min());
+    limits.floor = std::max(db_to_linear(floor_db), std::numeric_limits<double>::min());
     // The slack lets a ratio computed equal to the tolerance pass.
     limits.tol = tolerance_db + std::fabs(tolerance_db) * 1e-5;
     limits.min_run_ms = min_run_ms;

@@ -1,4 +1,5 @@
 #include "checks/time_domain.h"
+#include "audio/decibels.h"
 
 #include "audio/overlap.h"
 
@@ -29,10 +30,6 @@ struct ChannelScan {
     TimeDomainChannel& out;
     double worst_pct = -1.0;
 };
-
-double linear_from_db(double db) {
-    return std::pow(10.0, db / 20.0);
-}
 
 // Low-level only when both magnitudes are at or below the low level; peak when either is above
 // the peak level; the signal tier otherwise.
@@ -112,9 +109,9 @@ TimeDomainResult time_domain_scan(const WavFile& ref, const WavFile& dut, std::i
     result.channels = ref.channels;
     result.passed = true;
     if (result.channels == 0) return result;
-    const ScanLevels levels{linear_from_db(noise_floor_db),
-                            linear_from_db(peak_threshold_db),
-                            linear_from_db(low_level_threshold_db),
+    const ScanLevels levels{db_to_linear(noise_floor_db),
+                            db_to_linear(peak_threshold_db),
+                            db_to_linear(low_level_threshold_db),
                             peak_tolerance_pct,
                             low_level_tolerance_pct,
                             signal_tolerance_pct};

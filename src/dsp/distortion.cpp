@@ -1,4 +1,5 @@
 #include "dsp/distortion.h"
+#include "audio/decibels.h"
 
 #include "audio/overlap.h"
 #include "audio/rounding.h"
@@ -53,7 +54,7 @@ ScanSettings make_settings(std::size_t n, std::size_t notch_bins, bool continuou
     s.notch_bins = notch_bins;
     s.continuous = continuous;
     s.hop = hop_frames(n, overlap_fraction);
-    s.gate = std::pow(10.0, noise_floor_db / 20.0);
+    s.gate = db_to_linear(noise_floor_db);
     s.tolerance = tolerance_ratio;
     return s;
 }

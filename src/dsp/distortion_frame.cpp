@@ -1,12 +1,13 @@
 #include "dsp/distortion_frame.h"
 
+#include "audio/decibels.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr double kSmallestNotchPower = 1e-300;
-constexpr double kZeroRatioDb = -200.0;
 
 } // namespace
 
@@ -38,6 +39,6 @@ ThdnFigure distortion_thdn(std::span<const double> ref_mag, std::span<const doub
     const double quotient = residual / std::max(signal, kSmallestNotchPower);
     ThdnFigure figure;
     figure.ratio = std::sqrt(quotient);
-    figure.db = quotient > 0.0 ? 20.0 * std::log10(figure.ratio) : kZeroRatioDb;
+    figure.db = magnitude_db(figure.ratio); // positive exactly when the quotient is
     return figure;
 }

@@ -1,4 +1,5 @@
 #include "dsp/spectrum_frame.h"
+#include "audio/decibels.h"
 
 #include "dsp/fft.h"
 
@@ -8,8 +9,6 @@
 #include <numbers>
 
 namespace {
-
-constexpr double kSilentBinDb = -200.0;
 
 // The window's argument uses i + 1, not i: the first and last samples get a small non-zero
 // weight and the second-to-last gets weight 0.
@@ -58,11 +57,11 @@ void spectrum_db_frame(const WavFile& file, unsigned channel, std::size_t start_
         return;
     }
     if (!frame_magnitudes(file, channel, start_frame, n, out)) {
-        fill(out, n / 2, kSilentBinDb);
+        fill(out, n / 2, kSilenceDb);
         return;
     }
     for (std::size_t k = 0; k < n / 2; ++k) {
-        out[k] = out[k] > 0.0 ? 20.0 * std::log10(out[k]) : kSilentBinDb;
+        out[k] = magnitude_db(out[k]);
     }
 }
 
