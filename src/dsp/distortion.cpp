@@ -2,8 +2,8 @@
 #include "audio/decibels.h"
 
 #include "audio/overlap.h"
-#include "audio/rounding.h"
 #include "dsp/distortion_frame.h"
+#include "dsp/frame_plan.h"
 #include "dsp/spectrum_frame.h"
 #include "dsp/statistics.h"
 
@@ -42,18 +42,13 @@ struct WorstFrame {
     std::size_t k0 = 0;
 };
 
-std::size_t hop_frames(std::size_t n, double overlap_fraction) {
-    const double hop = round_half_away_from_zero((1.0 - overlap_fraction) * static_cast<double>(n));
-    return hop >= 1.0 ? static_cast<std::size_t>(hop) : 1; // also catches a NaN fraction
-}
-
 ScanSettings make_settings(std::size_t n, std::size_t notch_bins, bool continuous,
                            double noise_floor_db, double tolerance_ratio, double overlap_fraction) {
     ScanSettings s;
     s.n = n;
     s.notch_bins = notch_bins;
     s.continuous = continuous;
-    s.hop = hop_frames(n, overlap_fraction);
+    s.hop = frame_hop(n, overlap_fraction);
     s.gate = db_to_linear(noise_floor_db);
     s.tolerance = tolerance_ratio;
     return s;
@@ -64,12 +59,7 @@ FramePlan plan_frames(const Overlap& overlap, const ScanSettings& s) {
     if (s.continuous) {
         return {overlap.ref_start, s.hop, (overlap.length - s.n) / s.hop + 1};
     }
-    // The centred start is max(start + L/2 - N/2, start), moved back to end - N if the frame
-    // would run past the end; with L >= N both bounds already hold, the clamps state the rule.
-    const std::size_t end = overlap.ref_start + overlap.length;
-    const std::size_t centred =
-        std::max(overlap.ref_start + overlap.length / 2 - s.n / 2, overlap.ref_start);
-    return {std::min(centred, end - s.n), s.hop, 1};
+    return {centred_frame_start(overlap, s.n), s.hop, 1};
 }
 
 // Transforms every planned frame, counting gated ones, keeping each ungated ratio in `ratios`
