@@ -4,6 +4,7 @@
 #include "results/impulse_template_keys.h"
 #include "results/level_fidelity_keys.h"
 #include "results/results_blocks.h"
+#include "results/spectral_keys.h"
 #include "results/time_domain_keys.h"
 
 bool write_bitexact_block(FlatJson& json, const RunResults& results) {
@@ -19,6 +20,10 @@ bool write_bit_accuracy_block(FlatJson& json, const RunResults& results) {
 bool write_level_fidelity_block(FlatJson& json, const RunResults& results) {
     return !results.level_fidelity.ran ||
            write_level_fidelity_keys(json, results.level_fidelity.result);
+}
+
+bool write_spectral_block(FlatJson& json, const RunResults& results) {
+    return !results.spectral.ran || write_spectral_keys(json, results.spectral.result);
 }
 
 bool write_distortion_block(FlatJson& json, const RunResults& results) {

@@ -1,41 +1,26 @@
 #include "results/distortion_keys.h"
 
+#include "results/prefixed_entries.h"
 #include "results/results_blocks.h"
 #include "results/run_results.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 
 namespace {
 
-std::string distortion_key(std::size_t channel, const char* suffix) {
-    return channel_key("distortion", channel, suffix);
-}
-
-bool write_flag(FlatJson& json, std::size_t channel, const char* suffix, bool flag) {
-    return json_int(json, distortion_key(channel, suffix).c_str(), flag ? 1 : 0);
-}
-
-bool write_count(FlatJson& json, std::size_t channel, const char* suffix, std::uint64_t count) {
-    return json_long(json, distortion_key(channel, suffix).c_str(), static_cast<long>(count));
-}
-
-bool write_real(FlatJson& json, std::size_t channel, const char* suffix, double value) {
-    return json_real(json, distortion_key(channel, suffix).c_str(), value);
-}
-
 bool write_channel(FlatJson& json, std::size_t channel, const DistortionChannelResult& c) {
-    return write_flag(json, channel, "frame_gated", c.frame_gated) &&
-           write_flag(json, channel, "insufficient_samples", c.insufficient_samples) &&
-           write_count(json, channel, "frames_scanned", c.frames_scanned) &&
-           write_count(json, channel, "frames_gated", c.frames_gated) &&
-           write_real(json, channel, "fundamental_freq_hz", c.fundamental_freq_hz) &&
-           write_real(json, channel, "thdn_ratio", c.thdn_ratio) &&
-           write_real(json, channel, "thdn_db", c.thdn_db) &&
-           write_count(json, channel, "worst_frame_start", c.worst_frame_start) &&
-           write_real(json, channel, "p50_thdn_ratio", c.p50_thdn_ratio) &&
-           write_real(json, channel, "p95_thdn_ratio", c.p95_thdn_ratio);
+    const std::string p = channel_key("distortion", channel, "");
+    return json_prefixed_flag(json, p, "frame_gated", c.frame_gated) &&
+           json_prefixed_flag(json, p, "insufficient_samples", c.insufficient_samples) &&
+           json_prefixed_count(json, p, "frames_scanned", c.frames_scanned) &&
+           json_prefixed_count(json, p, "frames_gated", c.frames_gated) &&
+           json_prefixed_real(json, p, "fundamental_freq_hz", c.fundamental_freq_hz) &&
+           json_prefixed_real(json, p, "thdn_ratio", c.thdn_ratio) &&
+           json_prefixed_real(json, p, "thdn_db", c.thdn_db) &&
+           json_prefixed_count(json, p, "worst_frame_start", c.worst_frame_start) &&
+           json_prefixed_real(json, p, "p50_thdn_ratio", c.p50_thdn_ratio) &&
+           json_prefixed_real(json, p, "p95_thdn_ratio", c.p95_thdn_ratio);
 }
 
 } // namespace

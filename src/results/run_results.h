@@ -10,6 +10,7 @@
 #include "checks/time_domain.h"
 #include "config/analysis_config.h"
 #include "dsp/distortion.h"
+#include "results/spectral_outcome.h"
 #include "results/version.h"
 
 #include <array>
@@ -79,6 +80,7 @@ struct RunResults {
     CheckBlock<BitCompareResult> bit_exact;
     CheckBlock<BitCompareResult> bit_accuracy;
     CheckBlock<LevelFidelityResult> level_fidelity;
+    CheckBlock<SpectralOutcome> spectral;
     CheckBlock<DistortionResult> distortion;
     CheckBlock<TimeDomainResult> time_domain;
     CheckBlock<ImpulseTemplateResult> impulse_template;
