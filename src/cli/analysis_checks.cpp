@@ -4,6 +4,7 @@
 #include "checks/impulse_template.h"
 #include "checks/level_fidelity.h"
 #include "checks/time_domain.h"
+#include "cli/spectral_run.h"
 #include "dsp/distortion.h"
 
 void run_analysis_checks(const WavFile& ref, const WavFile& dut, RunResults& results) {
@@ -32,6 +33,7 @@ void run_analysis_checks(const WavFile& ref, const WavFile& dut, RunResults& res
     results.level_fidelity = {true, level_fidelity(ref, dut, offset, l.noise_floor_db.value,
                                                    l.p99_tolerance_db.value,
                                                    l.min_sustained_run_ms.value)};
+    results.spectral = {true, run_spectral_check(ref, dut, offset, c.spectral_fidelity)};
     const DistortionConfig& d = c.distortion;
     if (d.enabled.value)
         results.distortion = {true,

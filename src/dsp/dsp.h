@@ -3,11 +3,19 @@
 // spectrum frames in dB and linear magnitude used by the spectral and distortion checks.
 // The transform's pieces (bit reversal, twiddle recurrence, butterfly kernels, cache-blocked
 // stages) have headers of their own for tests and benchmarks; other subsystems use these two.
-// Also the median and nearest-rank percentile that every check's statistics share, and the
-// distortion (THD+N) check.
+// Also the median and nearest-rank percentile that every check's statistics share, the frame
+// placement of frame-by-frame scans, the spectral fidelity comparison (one frame, its bands and the
+// sweep peak search; the single-frame, continuous and snapshot forms) and the distortion (THD+N)
+// check.
 #pragma once
 
 #include "dsp/distortion.h"
 #include "dsp/fft.h"
+#include "dsp/frame_plan.h"
+#include "dsp/spectral_bands.h"
+#include "dsp/spectral_frame.h"
+#include "dsp/spectral_scan.h"
+#include "dsp/spectral_snapshots.h"
 #include "dsp/spectrum_frame.h"
 #include "dsp/statistics.h"
+#include "dsp/sweep_search.h"

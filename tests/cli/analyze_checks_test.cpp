@@ -100,11 +100,23 @@ TEST(AnalyzeChecks, BitAccuracyPassesOneCodeAndWritesItsTolerance) {
                               "    \"levelfidelity_verdict\": \"PASS\",\n"));
 }
 
+// A 1 dB louder 16-bit DUT sits at the spectral check's default 1 dB peak tolerance, where
+// requantization tips some bins over; these settings give the spectrum room so level fidelity
+// alone decides.
+const char* const kRoomySpectrum = "\"spectral_fidelity\": { \"peak_tolerance_db\": 1.5 }";
+
+std::string settings_with(const char* section) {
+    return std::string("{ ") + section + ", " + kRoomySpectrum + " }";
+}
+
 TEST(AnalyzeChecks, LevelFidelityPassesOneDbAndFailsOnePointOneDb) {
     CheckRun louder;
     louder.write_pair([](std::vector<double>& dut) { gain_db(dut, 1.0); });
+    const std::string roomy = louder.dir.file("roomy.json");
+    ASSERT_TRUE(write_text_file(roomy, std::string("{ ") + kRoomySpectrum + " }"));
     // Broadband noise made louder reads as a large THD+N, so distortion stays out of this test.
-    const ProcessOutput passing = louder.run({"--no-bitexact", "--no-distortion"});
+    const ProcessOutput passing =
+        louder.run({"--no-bitexact", "--no-distortion", "--config", roomy});
     EXPECT_EQ(passing.exit_status, 0) << passing.out;
     EXPECT_TRUE(has(louder.json(), "    \"levelfidelity_verdict\": \"PASS\",\n"));
 
@@ -112,23 +124,29 @@ TEST(AnalyzeChecks, LevelFidelityPassesOneDbAndFailsOnePointOneDb) {
     loudest.write_pair([](std::vector<double>& dut) { gain_db(dut, 1.1); });
     const ProcessOutput failing = loudest.run({"--no-bitexact", "--no-distortion"});
     EXPECT_EQ(failing.exit_status, 2);
-    EXPECT_EQ(failing.out, loudest.wrote("overall: FAIL -- Level Fidelity"));
+    EXPECT_EQ(failing.out, loudest.wrote("overall: FAIL -- Level Fidelity, Spectral Fidelity"));
+    EXPECT_TRUE(has(loudest.json(), "    \"gating_failures\": \"levelfidelity,spectral\",\n"));
 }
 
 TEST(AnalyzeChecks, LevelFidelityCanBeMadeReferenceOnly) {
     CheckRun r;
     r.write_pair([](std::vector<double>& dut) { gain_db(dut, 1.1); });
-    const ProcessOutput flag = r.run({"--levelfidelity-ref-only", "--no-distortion"});
+    const std::string roomy = r.dir.file("roomy.json");
+    ASSERT_TRUE(write_text_file(roomy, std::string("{ ") + kRoomySpectrum + " }"));
+    const ProcessOutput flag =
+        r.run({"--levelfidelity-ref-only", "--no-distortion", "--config", roomy});
     EXPECT_EQ(flag.exit_status, 0);
     EXPECT_TRUE(has(r.json(), "    \"levelfidelity_verdict\": \"FAIL\",\n"));
 
     const std::string config = r.dir.file("run.json");
-    ASSERT_TRUE(write_text_file(config, "{ \"level_fidelity\": { \"gates_overall\": false } }"));
+    ASSERT_TRUE(
+        write_text_file(config, settings_with("\"level_fidelity\": { \"gates_overall\": false }")));
     EXPECT_EQ(r.run({"--config", config, "--no-distortion"}).exit_status, 0);
 
     const std::string defaults = r.dir.file("defaults.cfg");
     ASSERT_TRUE(write_text_file(
-        defaults, "{ \"analysis\": { \"level_fidelity\": { \"gates_overall\": false } } }"));
+        defaults, std::string("{ \"analysis\": ") +
+                      settings_with("\"level_fidelity\": { \"gates_overall\": false }") + " }"));
     EXPECT_EQ(r.run({"--defaults-cfg", defaults, "--no-distortion"}).exit_status, 0);
 
     const std::string gating = r.dir.file("gating.json");

@@ -59,8 +59,21 @@ std::string stored_amplitude(double x) {
     return text;
 }
 
+// One frame of noise with every one of its 4096 bins compared and every ratio 0; the worst bin is
+// then the first one, bin 0.
+std::string identical_spectral_keys(std::size_t channel) {
+    const std::string p = "    \"spectral_channel_" + std::to_string(channel) + "_";
+    return p + "frame_gated\": 0,\n" + p + "insufficient_samples\": 0,\n" + p +
+           "frames_scanned\": 1,\n" + p + "edge_skipped_samples\": 0,\n" + p +
+           "frames_gated\": 0,\n" + p + "bins_compared\": 4096,\n" + p + "bins_excluded\": 0,\n" +
+           p + "bins_failed\": 0,\n" + p + "p50_ratio\": 0.000000,\n" + p +
+           "p95_ratio\": 0.000000,\n" + p + "p99_ratio\": 0.000000,\n" + p +
+           "worst_bin_freq_hz\": 0.000000,\n" + p + "worst_bin_ratio\": 0.000000,\n" + p +
+           "worst_bin_diff_db\": 0.000000,\n" + p + "worst_bin_is_peak\": 0,\n";
+}
+
 // The checks' keys for a DUT that equals the reference over `compared` aligned frames starting at
-// reference frame 0: bit-exact, and a level ratio of 0 dB on every sample.
+// reference frame 0: bit-exact, a level ratio of 0 dB on every sample and no spectral difference.
 std::string identical_check_keys(long compared, const std::vector<std::vector<double>>& channels) {
     std::string keys = "    \"bitexact_verdict\": \"PASS\",\n"
                        "    \"bitexact_samples_compared\": " +
@@ -79,6 +92,9 @@ std::string identical_check_keys(long compared, const std::vector<std::vector<do
                 "worst_diff_db\": 0.000000,\n" + p + "worst_ref_amp\": " + amp + ",\n" + p +
                 "worst_dut_amp\": " + amp + ",\n";
     }
+    keys += "    \"spectral_verdict\": \"PASS\",\n";
+    for (std::size_t k = 0; k < channels.size(); ++k)
+        keys += identical_spectral_keys(k);
     return keys;
 }
 

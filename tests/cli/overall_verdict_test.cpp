@@ -147,6 +147,22 @@ TEST(GatingInputs, LengthMismatchAlwaysRunsAndGates) {
     EXPECT_TRUE(compute_overall_verdict(gating_inputs(results)).passed);
 }
 
+TEST(GatingInputs, SpectralFidelityGatesInEitherForm) {
+    RunResults results;
+    results.spectral.ran = true;
+    results.spectral.result.scan.passed = false;
+    EXPECT_EQ(compute_overall_verdict(gating_inputs(results)).machine_list, "spectral");
+
+    results.spectral.result.snapshot_mode = true; // the snapshot form's verdict now decides
+    EXPECT_TRUE(compute_overall_verdict(gating_inputs(results)).passed);
+    results.spectral.result.snapshots.passed = false;
+    const GatingInputs inputs = gating_inputs(results);
+    const GatingInput& spectral = input_of_const(inputs, GatingCheck::spectral);
+    EXPECT_TRUE(spectral.ran);
+    EXPECT_TRUE(spectral.gates);
+    EXPECT_FALSE(spectral.passed);
+}
+
 TEST(AppendCapped, SeparatorOnlyBetweenNames) {
     std::string list;
     append_capped(list, ", ", "A", 50);

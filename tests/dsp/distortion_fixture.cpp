@@ -1,18 +1,13 @@
 #include "dsp/distortion_fixture.h"
 
 #include "dsp/spectrum_frame.h"
+#include "support/memory_wav.h"
 #include "support/signal_gen.h"
 
 #include <span>
 
 WavFile distortion_wav(const std::vector<std::vector<double>>& channels) {
-    WavFile file;
-    file.sample_rate = static_cast<std::uint32_t>(kDistortionRate);
-    file.channels = static_cast<std::uint32_t>(channels.size());
-    file.format = kWavFormatFloat64;
-    file.frames = channels.empty() ? 0 : channels[0].size();
-    file.samples = signal_interleave(channels);
-    return file;
+    return memory_wav(channels, static_cast<std::uint32_t>(kDistortionRate));
 }
 
 std::vector<double> distortion_tone(double frequency_hz, double amplitude, std::size_t frames) {
