@@ -17,6 +17,24 @@ double window_weight(std::size_t i, std::size_t n) {
                                  static_cast<double>(n - 1)));
 }
 
+// The weights of the last frame length asked for, computed once: the frames of a scan share one
+// length, so each frame costs no cosines. The program runs on one thread, so one cache serves.
+// Null when the weights cannot be allocated; the caller then computes each weight itself, which
+// gives the same numbers.
+const double* cached_window(std::size_t n) {
+    static std::size_t cached_n = 0;
+    static std::unique_ptr<double[]> weights;
+    if (cached_n == n && weights) {
+        return weights.get();
+    }
+    weights.reset(new (std::nothrow) double[n]);
+    cached_n = weights ? n : 0;
+    for (std::size_t i = 0; weights && i < n; ++i) {
+        weights[i] = window_weight(i, n);
+    }
+    return weights.get();
+}
+
 // Writes the n / 2 linear magnitudes of the windowed frame to `out`. Returns false, writing
 // nothing, when n is not a power of two or the frame buffer cannot be allocated.
 bool frame_magnitudes(const WavFile& file, unsigned channel, std::size_t start_frame, std::size_t n,
@@ -28,9 +46,10 @@ bool frame_magnitudes(const WavFile& file, unsigned channel, std::size_t start_f
     if (!frame) {
         return false;
     }
+    const double* const window = cached_window(n);
     for (std::size_t i = 0; i < n; ++i) {
         const double x = file.samples[(start_frame + i) * file.channels + channel];
-        frame[2 * i] = x * window_weight(i, n);
+        frame[2 * i] = x * (window ? window[i] : window_weight(i, n));
         frame[2 * i + 1] = 0.0;
     }
     fft_complex(frame.get(), n, false);

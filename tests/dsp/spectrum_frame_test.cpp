@@ -1,5 +1,6 @@
 // The windowed spectrum frames: levels of tones and silence, the shifted window, and which
 // samples of an interleaved file a frame reads.
+#include "dsp/fft.h"
 #include "dsp/spectrum_frame.h"
 #include "support/signal_gen.h"
 
@@ -172,6 +173,44 @@ TEST(SpectrumFrame, SizesThatAreNotPowersOfTwoReadAsSilent) {
     }
     for (double magnitude : mag_frame(file, 0, 0, n)) {
         EXPECT_EQ(magnitude, 0.0);
+    }
+}
+
+} // namespace
+
+namespace {
+
+// The magnitudes computed step by step with every weight evaluated on the spot, as the frame is
+// defined: the frame functions must give exactly these bits whatever window they have cached.
+std::vector<double> magnitudes_weight_by_weight(const std::vector<double>& x) {
+    const std::size_t n = x.size();
+    std::vector<double> frame(2 * n, 0.0);
+    for (std::size_t i = 0; i < n; ++i) {
+        frame[2 * i] =
+            x[i] * (0.5 * (1.0 - std::cos(2.0 * std::numbers::pi * static_cast<double>(i + 1) /
+                                          static_cast<double>(n - 1))));
+    }
+    fft_complex(frame.data(), n, false);
+    std::vector<double> out(n / 2);
+    for (std::size_t k = 0; k < n / 2; ++k) {
+        out[k] = std::hypot(frame[2 * k], frame[2 * k + 1]) * 4.0 / static_cast<double>(n);
+    }
+    return out;
+}
+
+TEST(SpectrumFrame, ReusedWindowGivesTheSameBitsAcrossFrameLengths) {
+    const std::vector<double> x = signal_uniform(91, 1024, -1.0, 1.0);
+    const std::vector<double> half(x.begin(), x.begin() + 512);
+    const std::vector<double> expected = magnitudes_weight_by_weight(x);
+    const std::vector<double> expected_half = magnitudes_weight_by_weight(half);
+    const WavFile file = make_wav({x});
+    for (int round = 0; round < 2; ++round) { // switch lengths so the cached window is rebuilt
+        const std::vector<double> full = mag_frame(file, 0, 0, 1024);
+        const std::vector<double> first_half = mag_frame(file, 0, 0, 512);
+        ASSERT_EQ(std::memcmp(full.data(), expected.data(), full.size() * sizeof(double)), 0);
+        ASSERT_EQ(std::memcmp(first_half.data(), expected_half.data(),
+                              first_half.size() * sizeof(double)),
+                  0);
     }
 }
 
