@@ -6,12 +6,14 @@
 // Also the median and nearest-rank percentile that every check's statistics share, the frame
 // placement of frame-by-frame scans, the spectral fidelity comparison (one frame, its bands and the
 // sweep peak search; the single-frame, continuous and snapshot forms) and the distortion (THD+N)
-// check.
+// check. And the loudness measure and comparison; its pieces (K-weighting, gated blocks, loudness
+// range, true peak) have headers of their own for tests and benchmarks.
 #pragma once
 
 #include "dsp/distortion.h"
 #include "dsp/fft.h"
 #include "dsp/frame_plan.h"
+#include "dsp/loudness.h"
 #include "dsp/spectral_bands.h"
 #include "dsp/spectral_frame.h"
 #include "dsp/spectral_scan.h"
