@@ -5,7 +5,9 @@
 #include "checks/level_fidelity.h"
 #include "checks/time_domain.h"
 #include "cli/spectral_run.h"
+#include "dsp/artifact.h"
 #include "dsp/distortion.h"
+#include "dsp/loudness.h"
 
 void run_analysis_checks(const WavFile& ref, const WavFile& dut, RunResults& results) {
     const AnalysisConfig& c = results.config;
@@ -33,6 +35,11 @@ void run_analysis_checks(const WavFile& ref, const WavFile& dut, RunResults& res
     results.level_fidelity = {true, level_fidelity(ref, dut, offset, l.noise_floor_db.value,
                                                    l.p99_tolerance_db.value,
                                                    l.min_sustained_run_ms.value)};
+    const ArtifactConfig& a = c.artifact;
+    results.artifact = {true, artifact_check(ref, dut, offset, a.k.value, a.noise_floor_db.value,
+                                             a.window_samples.value, a.min_run.value,
+                                             a.min_severity.value, a.min_global_severity.value,
+                                             a.min_silence_clip_run.value)};
     results.spectral = {true, run_spectral_check(ref, dut, offset, c.spectral_fidelity)};
     const DistortionConfig& d = c.distortion;
     if (d.enabled.value)
@@ -41,4 +48,11 @@ void run_analysis_checks(const WavFile& ref, const WavFile& dut, RunResults& res
                                                d.fundamental_notch_bins.value, d.continuous.value,
                                                d.noise_floor_db.value, d.tolerance_ratio.value,
                                                d.overlap_fraction.value)};
+    const LoudnessConfig& n = c.loudness;
+    if (n.enabled.value)
+        // The ceiling test applies only when a settings file gives a ceiling.
+        results.loudness = {true, loudness_compare(ref, dut, offset, n.true_peak_ceiling_dbtp.set,
+                                                   n.integrated_tolerance_lu.value,
+                                                   n.true_peak_tolerance_db.value,
+                                                   n.true_peak_ceiling_dbtp.value)};
 }

@@ -5,7 +5,7 @@
 #include "audio/wav_file.h"
 #include "results/run_results.h"
 
-// Bit-exactness, bit accuracy, time domain, impulse template, level fidelity (always), spectral
-// fidelity (always), then distortion; each fills its block of `results` under the alignment's file
-// offset. The artifact and loudness checks take their places in this order as they arrive.
+// Bit-exactness, bit accuracy, time domain, impulse template, level fidelity (always), artifact
+// detection (always), spectral fidelity (always), distortion, then loudness; each fills its block
+// of `results` under the alignment's file offset.
 void run_analysis_checks(const WavFile& ref, const WavFile& dut, RunResults& results);

@@ -64,11 +64,15 @@ GatingInputs gating_inputs(const RunResults& results) {
         check_input(results.bit_exact, config.bit_exact.gates_overall.value);
     input(GatingCheck::levelfidelity) =
         check_input(results.level_fidelity, config.level_fidelity.gates_overall.value);
+    input(GatingCheck::artifact) =
+        check_input(results.artifact, config.artifact.gates_overall.value);
     // Spectral fidelity always gates.
     input(GatingCheck::spectral) = {results.spectral.ran, true,
                                     !results.spectral.ran ||
                                         spectral_passed(results.spectral.result)};
     input(GatingCheck::distortion) = check_input(results.distortion);
+    input(GatingCheck::loudness) =
+        check_input(results.loudness, config.loudness.gates_overall.value);
     input(GatingCheck::time_domain) = check_input(results.time_domain);
     input(GatingCheck::impulse_template) = check_input(results.impulse_template);
     return inputs;

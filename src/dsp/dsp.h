@@ -7,9 +7,11 @@
 // placement of frame-by-frame scans, the spectral fidelity comparison (one frame, its bands and the
 // sweep peak search; the single-frame, continuous and snapshot forms) and the distortion (THD+N)
 // check. And the loudness measure and comparison; its pieces (K-weighting, gated blocks, loudness
-// range, true peak) have headers of their own for tests and benchmarks.
+// range, true peak) have headers of their own for tests and benchmarks. And artifact detection,
+// whose neighbourhood medians come from a sliding sorted window.
 #pragma once
 
+#include "dsp/artifact.h"
 #include "dsp/distortion.h"
 #include "dsp/fft.h"
 #include "dsp/frame_plan.h"

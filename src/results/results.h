@@ -3,11 +3,13 @@
 // report share; each check's keys have their own writer.
 #pragma once
 
+#include "results/artifact_keys.h"
 #include "results/bit_compare_keys.h"
 #include "results/distortion_keys.h"
 #include "results/impulse_template_keys.h"
 #include "results/json_entries.h"
 #include "results/level_fidelity_keys.h"
+#include "results/loudness_keys.h"
 #include "results/results_blocks.h"
 #include "results/results_json.h"
 #include "results/run_results.h"

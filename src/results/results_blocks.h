@@ -23,8 +23,10 @@ bool write_length_mismatch_block(FlatJson& json, const RunResults& results);
 bool write_bitexact_block(FlatJson& json, const RunResults& results);
 bool write_bit_accuracy_block(FlatJson& json, const RunResults& results);
 bool write_level_fidelity_block(FlatJson& json, const RunResults& results);
+bool write_artifact_block(FlatJson& json, const RunResults& results);
 bool write_spectral_block(FlatJson& json, const RunResults& results);
 bool write_distortion_block(FlatJson& json, const RunResults& results);
+bool write_loudness_block(FlatJson& json, const RunResults& results);
 bool write_time_domain_block(FlatJson& json, const RunResults& results);
 bool write_impulse_template_block(FlatJson& json, const RunResults& results);
 

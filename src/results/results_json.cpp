@@ -7,11 +7,11 @@
 namespace {
 
 // The blocks in key order.
-constexpr std::array<ResultsBlockWriter, 10> kResultsBlocks = {
-    write_header_block,           write_alignment_block,    write_length_mismatch_block,
-    write_bitexact_block,         write_bit_accuracy_block, write_level_fidelity_block,
-    write_spectral_block,         write_distortion_block,   write_time_domain_block,
-    write_impulse_template_block,
+constexpr std::array<ResultsBlockWriter, 12> kResultsBlocks = {
+    write_header_block,   write_alignment_block,    write_length_mismatch_block,
+    write_bitexact_block, write_bit_accuracy_block, write_level_fidelity_block,
+    write_artifact_block, write_spectral_block,     write_distortion_block,
+    write_loudness_block, write_time_domain_block,  write_impulse_template_block,
 };
 
 } // namespace

@@ -9,7 +9,9 @@
 #include "checks/level_fidelity.h"
 #include "checks/time_domain.h"
 #include "config/analysis_config.h"
+#include "dsp/artifact.h"
 #include "dsp/distortion.h"
+#include "dsp/loudness.h"
 #include "results/spectral_outcome.h"
 #include "results/version.h"
 
@@ -80,8 +82,10 @@ struct RunResults {
     CheckBlock<BitCompareResult> bit_exact;
     CheckBlock<BitCompareResult> bit_accuracy;
     CheckBlock<LevelFidelityResult> level_fidelity;
+    CheckBlock<ArtifactResult> artifact;
     CheckBlock<SpectralOutcome> spectral;
     CheckBlock<DistortionResult> distortion;
+    CheckBlock<LoudnessResult> loudness;
     CheckBlock<TimeDomainResult> time_domain;
     CheckBlock<ImpulseTemplateResult> impulse_template;
     OverallVerdict overall;

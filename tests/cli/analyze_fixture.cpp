@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdlib>
+
 std::vector<double> test_noise(std::uint64_t seed, std::size_t frames) {
     std::vector<double> noise = signal_uniform(seed, frames, -0.45, 0.45);
     for (double& x : noise)
@@ -27,4 +30,15 @@ void write_wav(const std::string& path, std::uint32_t rate, std::uint32_t channe
                const std::vector<double>& samples, std::uint32_t format) {
     ASSERT_TRUE(wav_write(path.c_str(), rate, channels, format, samples, samples.size() / channels))
         << path;
+}
+
+bool has(const std::string& text, const std::string& piece) {
+    return text.find(piece) != std::string::npos;
+}
+
+double json_number(const std::string& json, const std::string& key) {
+    const std::string head = "\"" + key + "\": ";
+    const std::size_t at = json.find(head);
+    if (at == std::string::npos) return std::nan("");
+    return std::strtod(json.c_str() + at + head.size(), nullptr);
 }

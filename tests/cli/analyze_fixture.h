@@ -16,3 +16,8 @@ std::vector<double> interleaved(const std::vector<std::vector<double>>& channels
 // Writes a 16-bit (or other format) WAV with the project's writer; fails the test on error.
 void write_wav(const std::string& path, std::uint32_t rate, std::uint32_t channels,
                const std::vector<double>& samples, std::uint32_t format = 16);
+
+// Whether `text` holds `piece`.
+bool has(const std::string& text, const std::string& piece);
+// The number written for `key` in a results JSON, or NaN when the key is missing.
+double json_number(const std::string& json, const std::string& key);

@@ -59,6 +59,18 @@ std::string stored_amplitude(double x) {
     return text;
 }
 
+// Every aligned sample checked, none below the floor, no event.
+std::string identical_artifact_keys(std::size_t channel, long compared) {
+    const std::string p = "    \"artifact_channel_" + std::to_string(channel) + "_";
+    return p + "samples_checked\": " + std::to_string(compared) + ",\n" + p +
+           "samples_excluded\": 0,\n" + p + "samples_flagged\": 0,\n" + p + "event_count\": 0,\n" +
+           p + "counted_event_count\": 0,\n" + p + "minor_event_count\": 0,\n" + p +
+           "worst_event_start_frame\": 0,\n" + p + "worst_event_length\": 0,\n" + p +
+           "worst_event_deviation_ratio\": 0.000000,\n" + p +
+           "worst_event_severity\": 0.000000,\n" + p +
+           "worst_event_global_severity\": 0.000000,\n" + p + "worst_event_counted\": 0,\n";
+}
+
 // One frame of noise with every one of its 4096 bins compared and every ratio 0; the worst bin is
 // then the first one, bin 0.
 std::string identical_spectral_keys(std::size_t channel) {
@@ -92,6 +104,13 @@ std::string identical_check_keys(long compared, const std::vector<std::vector<do
                 "worst_diff_db\": 0.000000,\n" + p + "worst_ref_amp\": " + amp + ",\n" + p +
                 "worst_dut_amp\": " + amp + ",\n";
     }
+    keys += "    \"artifact_verdict\": \"PASS\",\n"
+            "    \"artifact_window_samples\": 64,\n"
+            "    \"artifact_min_severity\": 4.000000,\n"
+            "    \"artifact_min_silence_clip_run\": 8,\n"
+            "    \"artifact_min_global_severity\": 100.000000,\n";
+    for (std::size_t k = 0; k < channels.size(); ++k)
+        keys += identical_artifact_keys(k, compared);
     keys += "    \"spectral_verdict\": \"PASS\",\n";
     for (std::size_t k = 0; k < channels.size(); ++k)
         keys += identical_spectral_keys(k);
@@ -109,8 +128,9 @@ TEST(AnalyzeRun, MonoPairWritesTheCompleteResultsJson) {
     const std::vector<double> ref = test_noise(1, kRate);
     write_wav(r.ref, kRate, 1, ref);
     write_wav(r.dut, kRate, 1, delayed(ref, 100));
-    // The strongest bin of noise is not predictable here; distortion has tests of its own.
-    const ProcessOutput run = r.run({"--json", "--no-distortion"});
+    // Distortion and loudness measure noise in figures not predictable here; both have tests of
+    // their own.
+    const ProcessOutput run = r.run({"--json", "--no-distortion", "--no-loudness"});
     ASSERT_EQ(run.exit_status, 0) << run.err;
     EXPECT_EQ(run.err, kStatusLines);
     EXPECT_EQ(run.out, "wrote " + r.json + " (overall: PASS)\n");
@@ -135,7 +155,7 @@ TEST(AnalyzeRun, StereoPairWritesTheCompleteResultsJson) {
     const std::vector<double> right = test_noise(3, kRate);
     write_wav(r.ref, kRate, 2, interleaved({left, right}));
     write_wav(r.dut, kRate, 2, interleaved({delayed(left, 7), delayed(right, 7)}));
-    const ProcessOutput run = r.run({"--json", "--quiet", "--no-distortion"});
+    const ProcessOutput run = r.run({"--json", "--quiet", "--no-distortion", "--no-loudness"});
     ASSERT_EQ(run.exit_status, 0) << run.err;
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(read_text_file(r.json), json_header(r, "PASS", 0, "", 2, 48000) +

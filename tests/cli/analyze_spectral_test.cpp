@@ -62,18 +62,6 @@ struct SpectralRun {
     std::string json() const { return read_text_file(json_path); }
 };
 
-bool has(const std::string& text, const std::string& piece) {
-    return text.find(piece) != std::string::npos;
-}
-
-// The number written for `key`, or NaN when the key is missing.
-double number(const std::string& json, const std::string& key) {
-    const std::string head = "\"" + key + "\": ";
-    const std::size_t at = json.find(head);
-    if (at == std::string::npos) return std::nan("");
-    return std::strtod(json.c_str() + at + head.size(), nullptr);
-}
-
 std::vector<double> multitone(const std::vector<Tone>& tones, double seconds = 1.0) {
     return tone_sum(tones, kRate, static_cast<std::size_t>(seconds * kRate));
 }
@@ -88,7 +76,7 @@ TEST(AnalyzeSpectral, IdenticalMultitoneFilesPassWithRatioZero) {
     EXPECT_TRUE(has(json, "    \"spectral_channel_0_frames_scanned\": 1,\n"));
     EXPECT_TRUE(has(json, "    \"spectral_channel_0_p99_ratio\": 0.000000,\n"));
     EXPECT_TRUE(has(json, "    \"spectral_channel_0_worst_bin_ratio\": 0.000000,\n"));
-    EXPECT_GT(number(json, "spectral_channel_0_bins_compared"), 0.0);
+    EXPECT_GT(json_number(json, "spectral_channel_0_bins_compared"), 0.0);
     EXPECT_FALSE(has(json, "spectral_channel_1_")) << "a mono pair has no channel 1 keys";
 }
 
@@ -123,9 +111,9 @@ TEST(AnalyzeSpectral, ATiltAboveFiveKilohertzFailsBinsThere) {
     const std::string json = r.json();
     EXPECT_TRUE(has(json, "    \"gating_failures\": \"spectral\",\n"));
     EXPECT_TRUE(has(json, "    \"spectral_verdict\": \"FAIL\",\n"));
-    EXPECT_GT(number(json, "spectral_channel_0_bins_failed"), 0.0);
-    EXPECT_GT(number(json, "spectral_channel_0_worst_bin_freq_hz"), 5000.0);
-    EXPECT_NEAR(number(json, "spectral_channel_0_worst_bin_diff_db"), 1.0, 0.05);
+    EXPECT_GT(json_number(json, "spectral_channel_0_bins_failed"), 0.0);
+    EXPECT_GT(json_number(json, "spectral_channel_0_worst_bin_freq_hz"), 5000.0);
+    EXPECT_NEAR(json_number(json, "spectral_channel_0_worst_bin_diff_db"), 1.0, 0.05);
     EXPECT_TRUE(has(json, "\"spectral_channel_0_worst_bin_is_peak\": 1")) << json;
 
     // The same tilt under the default 1 dB peak tolerance sits at the tolerance and passes.
@@ -145,8 +133,8 @@ TEST(AnalyzeSpectral, AMissingToneFailsAPeakBin) {
     EXPECT_EQ(r.run().exit_status, 2);
     const std::string json = r.json();
     EXPECT_TRUE(has(json, "\"spectral_channel_0_worst_bin_is_peak\": 1")) << json;
-    EXPECT_NEAR(number(json, "spectral_channel_0_worst_bin_freq_hz"), 3000.0, 6.0);
-    EXPECT_LT(number(json, "spectral_channel_0_worst_bin_diff_db"), -20.0);
+    EXPECT_NEAR(json_number(json, "spectral_channel_0_worst_bin_freq_hz"), 3000.0, 6.0);
+    EXPECT_LT(json_number(json, "spectral_channel_0_worst_bin_diff_db"), -20.0);
 }
 
 const char* const kTwoBands =
@@ -173,7 +161,7 @@ TEST(AnalyzeSpectral, ConfiguredBandsApplyTheirOwnTolerances) {
     EXPECT_EQ(r.run({"--config", config}).exit_status, 0) << "1.5 dB is inside the low band's 2 dB";
     r.write_pair(multitone(kTones), multitone(louder_at(9000.0, 1.5)));
     EXPECT_EQ(r.run({"--config", config}).exit_status, 2) << "1.5 dB exceeds the high band's 0.5";
-    EXPECT_NEAR(number(r.json(), "spectral_channel_0_worst_bin_freq_hz"), 9000.0, 6.0);
+    EXPECT_NEAR(json_number(r.json(), "spectral_channel_0_worst_bin_freq_hz"), 9000.0, 6.0);
 }
 
 // 8 s at 48 kHz: with 8192-point frames, no overlap and a 2048-sample edge skip the scan has
@@ -208,7 +196,7 @@ TEST(AnalyzeSpectral, LogSweepUnderFreqsweepPassesWhenIdenticalAndFailsADip) {
     EXPECT_EQ(r.run({"--freqsweep", "--config", config}).exit_status, 2);
     json = r.json();
     EXPECT_TRUE(has(json, "    \"spectral_verdict\": \"FAIL\",\n"));
-    const double worst = number(json, "spectral_channel_0_worst_bin_freq_hz");
+    const double worst = json_number(json, "spectral_channel_0_worst_bin_freq_hz");
     EXPECT_GT(worst, 900.0);
     EXPECT_LT(worst, 2200.0);
 }
@@ -223,7 +211,7 @@ TEST(AnalyzeSpectral, AmplitudeSweepWithARelativeNoiseFloor) {
                                         "1000, \"relative_noise_floor_db\": -50 } }");
     const ProcessOutput out = r.run({"--ampsweep", "--config", config});
     EXPECT_EQ(out.exit_status, 0) << out.err;
-    EXPECT_GT(number(r.json(), "spectral_channel_0_frames_scanned"), 1.0)
+    EXPECT_GT(json_number(r.json(), "spectral_channel_0_frames_scanned"), 1.0)
         << "a sweep profile scans continuously";
 
     const auto bump = [](double t) { return t > 1.5 && t < 2.5 ? 2.0 : 0.0; };
