@@ -1,0 +1,13 @@
+// Number arrays of the charts' data elements.
+#include "report/chart_json.h"
+
+bool append_json_number_array(TextBuffer& page, const char* name, std::span<const double> values,
+                              int decimals) {
+    if (!text_append_format(page, "\"%s\":[", name)) return false;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (!text_append_format(page, i == 0 ? "%.*f" : ",%.*f", decimals, values[i])) {
+            return false;
+        }
+    }
+    return text_append(page, "]");
+}

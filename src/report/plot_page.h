@@ -1,0 +1,27 @@
+// The plot page for one file (spectrum on log and linear frequency scales, waveform overview and
+// time energy per channel), the plot JSON summary, and the error page that stands in for a
+// report when two files could not be compared.
+#pragma once
+
+#include "audio/wav_file.h"
+#include "results/run_results.h"
+
+#include <cstddef>
+#include <string>
+
+struct PlotData {
+    std::string input_path;
+    const WavFile* file = nullptr;
+    std::size_t fft_size = 8192;        // the spectral frame's length
+    double noise_floor_db = -100.0;     // drawn as the chart's noise-floor tier
+    const TesterInfo* tester = nullptr; // null when tester information is not shown
+};
+
+bool write_plot_page(const std::string& path, const PlotData& plot);
+
+// status, input_file, sample_rate, channels, bit_depth, sample_format, frame_count,
+// duration_seconds; false when the text would exceed 1024 bytes or cannot be written.
+bool write_plot_json(const std::string& path, const std::string& input_path, const WavFile& file);
+
+bool write_error_page(const std::string& path, const char* ref_path, const char* dut_path,
+                      const char* message);

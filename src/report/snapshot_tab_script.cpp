@@ -1,0 +1,32 @@
+// The snapshot-tab script, written once per snapshot widget around the widget's id.
+#include "report/page_asset_texts.h"
+
+// A click on a tab selects every tab with the same data-snap-idx (active, aria-selected "true";
+// the others lose active and get "false") and shows only the panel with that index.
+const char kSnapshotTabScriptHead[] = R"js(<script>
+(function (widgetId) {
+  'use strict';
+  var widget = document.getElementById(widgetId);
+  if (!widget) return;
+  var tabs = widget.querySelectorAll('.snap-tab[data-snap-idx]');
+  var panels = widget.querySelectorAll('.snap-panel[data-snap-idx]');
+
+  function select(index) {
+    tabs.forEach(function (tab) {
+      var chosen = tab.getAttribute('data-snap-idx') === index;
+      tab.classList.toggle('active', chosen);
+      tab.setAttribute('aria-selected', chosen ? 'true' : 'false');
+    });
+    panels.forEach(function (panel) {
+      panel.hidden = panel.getAttribute('data-snap-idx') !== index;
+    });
+  }
+
+  tabs.forEach(function (tab) {
+    tab.addEventListener('click', function () { select(tab.getAttribute('data-snap-idx')); });
+  });
+})(")js";
+
+const char kSnapshotTabScriptTail[] = R"js(");
+</script>
+)js";

@@ -1,0 +1,56 @@
+// The spectral chart: the magnitude spectrum of one frame of the reference and optionally the DUT
+// on a log or linear frequency scale, with tier bands and lines, a fail marker, labelled peaks and
+// the JSON data element the page script redraws from.
+#pragma once
+
+#include "audio/wav_file.h"
+#include "report/text_buffer.h"
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
+
+enum class FrequencyScale { log, linear };
+
+// The tier thresholds drawn as dashed lines; an unset one is left out (and written as null).
+struct SpectralTierLines {
+    std::optional<double> noise_floor_db;
+    std::optional<double> low_level_db;
+    std::optional<double> peak_db;
+};
+
+struct SpectralFailMarker {
+    double freq_hz = 0.0;
+    double diff_db = 0.0;
+};
+
+struct SpectralPeakLabel {
+    double freq_hz = 0.0;
+    double level_db = 0.0;
+    int tier = 0;
+};
+
+struct SpectralChartData {
+    std::span<const double> ref_db; // N/2 levels
+    std::span<const double> dut_db; // empty: no DUT trace
+    double bin_hz = 0.0;
+    double nyquist_hz = 0.0;
+    FrequencyScale scale = FrequencyScale::log;
+    const char* id_suffix = ""; // the linear scale adds "-linear" itself
+    SpectralTierLines tiers;
+    std::optional<SpectralFailMarker> fail;
+    std::span<const SpectralPeakLabel> peaks;
+};
+
+// The chart's own spectrum of one frame: Hann weight 0.5 (1 - cos(2 pi n / N)), the transform,
+// hypot(re, im) * 4 / N per bin below N/2 as 20 log10, or -140 for a zero magnitude or one below
+// the floor. Empty when the frame does not fit in the file or n is not a power of two.
+std::vector<double> chart_spectrum(const WavFile& file, unsigned channel, std::size_t start_frame,
+                                   std::size_t n);
+
+// The SVG and its data element "sx-spectral-data<suffix>".
+bool append_spectral_chart(TextBuffer& page, const SpectralChartData& chart);
+
+// The note that replaces a spectral chart when the overlap is too short for a frame.
+bool append_spectral_chart_note(TextBuffer& page);

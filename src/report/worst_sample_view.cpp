@@ -1,0 +1,99 @@
+#include "report/worst_sample_view.h"
+
+#include "report/card_pieces.h"
+#include "report/chart_frame.h"
+#include "report/envelope_chart.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct ChartIds {
+    std::string frame_id;
+    std::string suffix;
+};
+
+ChartIds chart_ids(const WorstSampleCharts& charts, const char* part, const char* channel) {
+    return {std::string(charts.frame_stem) + part + "-frame" + channel,
+            std::string(charts.suffix_stem) + part + channel};
+}
+
+bool append_chart(TextBuffer& page, const ChartIds& ids, const char* title,
+                  const EnvelopeView& view) {
+    const ChartFrame frame{.kind = ChartKind::waveform,
+                           .frame_id = ids.frame_id.c_str(),
+                           .title = title,
+                           .trace_toggle = true};
+    return append_chart_frame_open(page, frame) && append_envelope_chart(page, view) &&
+           append_chart_frame_close(page, frame);
+}
+
+EnvelopeView channel_view(const ReportInputs& in, unsigned channel) {
+    EnvelopeView view;
+    view.ref = &in.ref;
+    view.dut = &in.dut;
+    view.dut_offset = in.results.alignment.file_offset;
+    view.channel = channel;
+    view.frame_count = in.ref.frames;
+    return view;
+}
+
+double view_fraction(std::uint64_t frame, std::int64_t first, std::size_t count) {
+    if (count == 0) return 0.0;
+    return static_cast<double>(static_cast<std::int64_t>(frame) - first) /
+           static_cast<double>(count);
+}
+
+} // namespace
+
+bool append_worst_sample_row_open(TextBuffer& page, std::uint64_t worst, std::uint32_t rate) {
+    const double seconds = rate == 0 ? 0.0 : static_cast<double>(worst) / static_cast<double>(rate);
+    return text_append_format(page,
+                              "<div class=\"tile-row\">\n<div class=\"tile\"><div class=\"k\">"
+                              "Worst Sample</div><div class=\"v\">%ld (%.3f s)</div></div>\n",
+                              static_cast<long>(worst), seconds);
+}
+
+bool append_amplitudes_row_close(TextBuffer& page, double ref_amp, double dut_amp) {
+    return text_append_format(page,
+                              "<div class=\"tile\"><div class=\"k\">Ref / DUT Amplitude</div><div "
+                              "class=\"v\">%.6f / %.6f</div></div>\n</div>\n",
+                              ref_amp, dut_amp);
+}
+
+DetailWindow detail_window(std::size_t frames, std::uint64_t worst) {
+    const std::size_t half = std::max(frames / 200, kMinDetailHalfWidth);
+    const std::size_t count = std::min(2 * half, frames);
+    const std::size_t centre = std::min<std::size_t>(worst, frames);
+    const std::size_t first = std::min(centre - std::min(centre, half), frames - count);
+    return {static_cast<std::int64_t>(first), count};
+}
+
+bool append_worst_sample_charts(TextBuffer& page, const ReportInputs& in, unsigned channel,
+                                const WorstSampleCharts& charts,
+                                std::optional<std::uint64_t> worst) {
+    const char* suffix = channel_suffix(in.ref.channels, channel);
+    const ChartIds full_ids = chart_ids(charts, "", suffix);
+    const ChartIds zoom_ids = chart_ids(charts, "-zoom", suffix);
+    EnvelopeView full = channel_view(in, channel);
+    full.id_suffix = full_ids.suffix.c_str();
+    full.title = "Full-file waveform overview";
+    if (worst) full.detail_frac = view_fraction(*worst, 0, in.ref.frames);
+    // Without a failing sample the record's worst sample stays 0: the detail view opens the file.
+    const DetailWindow window = detail_window(in.ref.frames, worst.value_or(0));
+    EnvelopeView zoom = channel_view(in, channel);
+    zoom.first_frame = window.first_frame;
+    zoom.frame_count = window.frame_count;
+    zoom.id_suffix = zoom_ids.suffix.c_str();
+    zoom.title = "Detail view around worst point";
+    std::vector<ChartMarker> markers;
+    if (worst) {
+        const double frac = view_fraction(*worst, window.first_frame, window.frame_count);
+        markers.push_back({charts.marker_label, frac});
+    }
+    zoom.markers = markers;
+    return append_chart(page, full_ids, "Full signal", full) &&
+           append_chart(page, zoom_ids, "Detail around worst sample", zoom);
+}

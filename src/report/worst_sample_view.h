@@ -1,0 +1,45 @@
+// What the Time Domain and Impulse Template cards show around a channel's worst sample: the tile
+// row that names it with its amplitudes, and the two waveform charts (the full signal with the
+// detail position marked, and a detail view around the worst sample).
+#pragma once
+
+#include "report/report_inputs.h"
+#include "report/text_buffer.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+// The worst sample of a channel record that failed, else nothing.
+template <typename Channel> std::optional<std::uint64_t> failing_sample(const Channel& c) {
+    return c.has_failures ? std::optional<std::uint64_t>(c.worst_sample) : std::nullopt;
+}
+
+// "<div class=\"tile-row\">\n" and the Worst Sample tile "%ld (%.3f s)"; the check's own tile
+// follows, then append_amplitudes_row_close.
+bool append_worst_sample_row_open(TextBuffer& page, std::uint64_t worst, std::uint32_t rate);
+// The "Ref / DUT Amplitude" tile "%.6f / %.6f" and the end of the row.
+bool append_amplitudes_row_close(TextBuffer& page, double ref_amp, double dut_amp);
+
+// Half the detail view's width: 0.5 % of the file's frames, but at least this many frames.
+inline constexpr std::size_t kMinDetailHalfWidth = 2048;
+
+struct DetailWindow {
+    std::int64_t first_frame = 0;
+    std::size_t frame_count = 0;
+};
+
+// The frames from `worst` minus the half width to `worst` plus it, shifted to stay inside the
+// file (and cut to the file when it is shorter than the view).
+DetailWindow detail_window(std::size_t frames, std::uint64_t worst);
+
+struct WorstSampleCharts {
+    const char* frame_stem = ""; // "sx-timedomain": ids "<stem>-frame<ch>", "<stem>-zoom-frame<ch>"
+    const char* suffix_stem = "";  // "-timedomain": suffixes "<stem><ch>", "<stem>-zoom<ch>"
+    const char* marker_label = ""; // names the worst sample on the detail view
+};
+
+// Both charts of `channel`; `worst` is the worst sample when the channel failed.
+bool append_worst_sample_charts(TextBuffer& page, const ReportInputs& in, unsigned channel,
+                                const WorstSampleCharts& charts,
+                                std::optional<std::uint64_t> worst);
