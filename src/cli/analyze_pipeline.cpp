@@ -8,6 +8,7 @@
 #include "cli/comparison_error.h"
 #include "cli/output_paths.h"
 #include "cli/overall_verdict.h"
+#include "report/analyze_report.h"
 #include "report/output_file.h"
 #include "results/results_json.h"
 
@@ -77,8 +78,9 @@ bool resolve_run_settings(const AnalyzeOptions& options, const AnalyzeSettingsFi
     return true;
 }
 
-// Writes the outputs that exist in this build and prints the summary line naming them.
-bool write_outputs(const AnalyzeOptions& options, const RunResults& results,
+// Writes the HTML report and, with --json, the JSON file, then prints the summary line naming
+// them.
+bool write_outputs(const AnalyzeOptions& options, const RunResults& results, const WavPair& wavs,
                    const std::string& json) {
     OutputPaths paths;
     std::string message;
@@ -89,16 +91,20 @@ bool write_outputs(const AnalyzeOptions& options, const RunResults& results,
         return false;
     }
     status_line(options, "Writing report...");
-    const std::string summary = overall_summary_line(results.overall);
-    if (!options.json) {
-        std::printf("%s\n", summary.c_str());
-        return true;
+    if (!write_analyze_report(paths.html_path, {results, wavs.ref, wavs.dut, json})) {
+        std::fprintf(stderr, "error: failed to write '%s'\n", paths.html_path.c_str());
+        return false;
     }
-    if (!write_file_atomically(paths.json_path, json)) {
+    if (options.json && !write_file_atomically(paths.json_path, json)) {
         std::fprintf(stderr, "error: failed to write '%s'\n", paths.json_path.c_str());
         return false;
     }
-    std::printf("wrote %s (%s)\n", paths.json_path.c_str(), summary.c_str());
+    const std::string summary = overall_summary_line(results.overall);
+    if (options.json)
+        std::printf("wrote %s + %s (%s)\n", paths.html_path.c_str(), paths.json_path.c_str(),
+                    summary.c_str());
+    else
+        std::printf("wrote %s (%s)\n", paths.html_path.c_str(), summary.c_str());
     return true;
 }
 
@@ -135,6 +141,6 @@ int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
         std::fputs("error: internal -- results JSON exceeded buffer size\n", stderr);
         return 1;
     }
-    if (!write_outputs(options, results, json)) return 1;
+    if (!write_outputs(options, results, wavs, json)) return 1;
     return !results.overall.passed && options.exit_code ? 2 : 0;
 }

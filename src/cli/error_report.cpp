@@ -2,6 +2,7 @@
 
 #include "cli/output_paths.h"
 #include "report/output_file.h"
+#include "report/plot_page.h"
 #include "results/results_json.h"
 
 #include <cstdio>
@@ -11,14 +12,19 @@ void write_error_report(const RunContext& context) {
     std::string ignored;
     if (!resolve_output_paths(context.out_path, context.ref_path, context.json, paths, ignored))
         return;
-    if (!context.json) return;
+    if (!write_error_page(paths.html_path, context.ref_path, context.dut_path,
+                          context.error_text.c_str())) {
+        std::fprintf(stderr, "warning: could not write the error report '%s'\n",
+                     paths.html_path.c_str());
+        return;
+    }
     std::string json;
-    if (!build_error_json(context.error_text, context.ref_path, context.dut_path, json) ||
-        !write_file_atomically(paths.json_path, json)) {
+    if (context.json &&
+        (!build_error_json(context.error_text, context.ref_path, context.dut_path, json) ||
+         !write_file_atomically(paths.json_path, json))) {
         std::fprintf(stderr, "warning: could not write the error report '%s'\n",
                      paths.json_path.c_str());
         return;
     }
-    // Only the JSON half of the ERROR report exists in this build, so the line names that file.
-    std::fprintf(stderr, "wrote an error report to %s (overall: ERROR)\n", paths.json_path.c_str());
+    std::fprintf(stderr, "wrote an error report to %s (overall: ERROR)\n", paths.html_path.c_str());
 }

@@ -45,7 +45,7 @@ struct CheckRun {
 
     std::string json() const { return read_text_file(json_path); }
     std::string wrote(const std::string& summary) const {
-        return "wrote " + json_path + " (" + summary + ")\n";
+        return "wrote " + out + " + " + json_path + " (" + summary + ")\n";
     }
 };
 

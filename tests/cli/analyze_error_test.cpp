@@ -10,6 +10,7 @@ struct ErrorRun {
     std::string ref = dir.file("ref.wav");
     std::string dut = dir.file("dut.wav");
     std::string out = dir.file("out/");
+    std::string html = dir.file("out/ref.html");
     std::string json = dir.file("out/ref.json");
 
     ProcessOutput run(std::vector<std::string> extra = {"--json", "--quiet"}) const {
@@ -26,7 +27,7 @@ struct ErrorRun {
     }
 
     std::string wrote_line() const {
-        return "wrote an error report to " + json + " (overall: ERROR)\n";
+        return "wrote an error report to " + html + " (overall: ERROR)\n";
     }
 };
 
@@ -117,14 +118,45 @@ TEST(AnalyzeErrors, InvertedDutFailsAlignmentWithItsExplanation) {
     EXPECT_EQ(read_text_file(r.json), r.error_json(message));
 }
 
-TEST(AnalyzeErrors, WithoutJsonNothingIsWrittenAndNoLineClaimsIt) {
+TEST(AnalyzeErrors, WithoutJsonOnlyTheErrorPageIsWritten) {
     const ErrorRun r;
     write_wav(r.dut, 48000, 1, test_noise(11, 4800));
     const ProcessOutput run = r.run({"--quiet"});
     EXPECT_EQ(run.exit_status, 1);
-    EXPECT_EQ(run.err,
-              "error: failed to read --ref '" + r.ref + "' (file not found or not readable)\n");
+    const std::string message =
+        "failed to read --ref '" + r.ref + "' (file not found or not readable)";
+    EXPECT_EQ(run.err, "error: " + message + "\n" + r.wrote_line());
     EXPECT_FALSE(path_exists(r.json));
+    const std::string page = read_text_file(r.html);
+    EXPECT_TRUE(page.starts_with("<!doctype html>"));
+    EXPECT_NE(page.find("<title>Run Error -- Sonalyx Report</title>"), std::string::npos);
+    EXPECT_NE(page.find("<p class=\"run-error\">failed to read --ref &#39;"), std::string::npos)
+        << page.substr(0, 200);
+}
+
+TEST(AnalyzeErrors, TheErrorPageEscapesTheMessage) {
+    ErrorRun r;
+    r.ref = r.dir.file("<b>.wav");
+    r.html = r.dir.file("out/<b>.html");
+    write_wav(r.dut, 48000, 1, test_noise(12, 4800));
+    ASSERT_EQ(r.run({"--quiet"}).exit_status, 1);
+    const std::string page = read_text_file(r.html);
+    EXPECT_NE(page.find("failed to read --ref &#39;" + r.dir.file("&lt;b&gt;.wav")),
+              std::string::npos);
+    EXPECT_EQ(page.find("<b>.wav"), std::string::npos);
+}
+
+TEST(AnalyzeErrors, AnUnwritableErrorPageIsAWarning) {
+    ErrorRun r;
+    write_wav(r.dut, 48000, 1, test_noise(13, 4800));
+    ASSERT_TRUE(write_text_file(r.dir.file("blocker"), "not a directory"));
+    r.out = r.dir.file("blocker/x.html");
+    const ProcessOutput run = r.run({"--quiet"});
+    EXPECT_EQ(run.exit_status, 1);
+    EXPECT_EQ(run.err, "error: failed to read --ref '" + r.ref +
+                           "' (file not found or not readable)\nwarning: could not write the "
+                           "error report '" +
+                           r.out + "'\n");
 }
 
 TEST(AnalyzeErrors, ErrorsBeforeTheSettingsAreLoadedWriteNoReport) {

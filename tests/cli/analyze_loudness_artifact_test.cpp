@@ -90,7 +90,8 @@ TEST(AnalyzeLoudness, ALouderDutFailsLoudnessWhichGatesOnlyWhenAsked) {
     gating.push_back("--loudness");
     out = r.run(gating);
     EXPECT_EQ(out.exit_status, 2);
-    EXPECT_EQ(out.out, "wrote " + r.json_path + " (overall: FAIL -- Loudness)\n");
+    EXPECT_EQ(out.out, "wrote " + r.dir.file("r.html") + " + " + r.json_path +
+                           " (overall: FAIL -- Loudness)\n");
     EXPECT_TRUE(has(r.json(), "    \"gating_failures\": \"loudness\",\n"));
 }
 
@@ -106,7 +107,8 @@ TEST(AnalyzeArtifact, AClickFailsTheCheckUnlessItIsReferenceOnly) {
     write_wav(r.dut, kRate, 1, noise_with_click(true));
     ProcessOutput out = r.run({"--no-distortion", "--no-bitexact"});
     EXPECT_EQ(out.exit_status, 2) << out.err;
-    EXPECT_EQ(out.out, "wrote " + r.json_path + " (overall: FAIL -- Artifact Detection)\n");
+    EXPECT_EQ(out.out, "wrote " + r.dir.file("r.html") + " + " + r.json_path +
+                           " (overall: FAIL -- Artifact Detection)\n");
     const std::string json = r.json();
     EXPECT_TRUE(has(json, "    \"artifact_verdict\": \"FAIL\",\n"
                           "    \"artifact_window_samples\": 64,\n"

@@ -133,7 +133,7 @@ TEST(AnalyzeRun, MonoPairWritesTheCompleteResultsJson) {
     const ProcessOutput run = r.run({"--json", "--no-distortion", "--no-loudness"});
     ASSERT_EQ(run.exit_status, 0) << run.err;
     EXPECT_EQ(run.err, kStatusLines);
-    EXPECT_EQ(run.out, "wrote " + r.json + " (overall: PASS)\n");
+    EXPECT_EQ(run.out, "wrote " + r.out + " + " + r.json + " (overall: PASS)\n");
     EXPECT_EQ(read_text_file(r.json), json_header(r, "PASS", 0, "", 1, 48000) +
                                           "    \"align_file_offset\": 100,\n"
                                           "    \"align_disagreement_samples\": 0,\n"
@@ -146,7 +146,7 @@ TEST(AnalyzeRun, MonoPairWritesTheCompleteResultsJson) {
                                           "    \"length_mismatch_ref_uncovered_pct\": 0.208333,\n"
                                           "    \"length_mismatch_ref_uncovered_samples\": 100,\n" +
                                           closing(identical_check_keys(47900, {ref})));
-    EXPECT_FALSE(path_exists(r.out)) << "no HTML page exists in this build";
+    EXPECT_TRUE(read_text_file(r.out).starts_with("<!doctype html>"));
 }
 
 TEST(AnalyzeRun, StereoPairWritesTheCompleteResultsJson) {
@@ -184,11 +184,11 @@ TEST(AnalyzeRun, QuietSilencesOnlyTheStatusLines) {
     write_wav(r.dut, kRate, 1, ref);
     const ProcessOutput loud = r.run();
     EXPECT_EQ(loud.err, kStatusLines);
-    EXPECT_EQ(loud.out, "overall: PASS\n");
+    EXPECT_EQ(loud.out, "wrote " + r.out + " (overall: PASS)\n");
     const ProcessOutput quiet = r.run({"--quiet"});
     EXPECT_EQ(quiet.exit_status, 0);
     EXPECT_EQ(quiet.err, "");
-    EXPECT_EQ(quiet.out, "overall: PASS\n");
+    EXPECT_EQ(quiet.out, "wrote " + r.out + " (overall: PASS)\n");
 }
 
 TEST(AnalyzeRun, LengthMismatchFailsTheVerdictAndExitCodeTurnsItIntoStatus2) {
@@ -198,10 +198,11 @@ TEST(AnalyzeRun, LengthMismatchFailsTheVerdictAndExitCodeTurnsItIntoStatus2) {
     write_wav(r.dut, kRate, 1, std::vector<double>(ref.begin(), ref.begin() + kRate / 2));
     const ProcessOutput plain = r.run({"--quiet"});
     EXPECT_EQ(plain.exit_status, 0);
-    EXPECT_EQ(plain.out, "overall: FAIL -- Length Mismatch\n");
+    EXPECT_EQ(plain.out, "wrote " + r.out + " (overall: FAIL -- Length Mismatch)\n");
     const ProcessOutput gated = r.run({"--quiet", "--exit-code", "--json"});
     EXPECT_EQ(gated.exit_status, 2);
-    EXPECT_EQ(gated.out, "wrote " + r.json + " (overall: FAIL -- Length Mismatch)\n");
+    EXPECT_EQ(gated.out,
+              "wrote " + r.out + " + " + r.json + " (overall: FAIL -- Length Mismatch)\n");
     const std::string json = read_text_file(r.json);
     EXPECT_NE(json.find("    \"overall_verdict\": \"FAIL\",\n    \"gating_failure_count\": 1,\n"
                         "    \"gating_failures\": \"length_mismatch\",\n"),
@@ -225,7 +226,7 @@ TEST(AnalyzeRun, LengthMismatchToleranceComesFromTheSettings) {
         "{ \"general\": { \"length_mismatch_tolerance_pct\": 50.0 } } // exactly 50 passes"));
     const ProcessOutput run = r.run({"--quiet", "--exit-code", "--config", config});
     EXPECT_EQ(run.exit_status, 0) << run.err;
-    EXPECT_EQ(run.out, "overall: PASS\n");
+    EXPECT_EQ(run.out, "wrote " + r.out + " (overall: PASS)\n");
 }
 
 TEST(AnalyzeRun, PathsWithQuoteAndBackslashAreEscapedInTheJson) {
@@ -293,7 +294,9 @@ TEST(AnalyzeRun, DirectoryOutWritesJsonUnderTheRefStem) {
     write_wav(r.dut, kRate, 1, ref);
     const ProcessOutput run = r.run({"--quiet", "--json"});
     ASSERT_EQ(run.exit_status, 0) << run.err;
-    EXPECT_EQ(run.out, "wrote " + r.dir.file("reports/ref.json") + " (overall: PASS)\n");
+    EXPECT_EQ(run.out, "wrote " + r.dir.file("reports/ref.html") + " + " +
+                           r.dir.file("reports/ref.json") + " (overall: PASS)\n");
+    EXPECT_TRUE(path_exists(r.dir.file("reports/ref.html")));
     EXPECT_TRUE(path_exists(r.dir.file("reports/ref.json")));
 }
 

@@ -25,7 +25,7 @@ struct PairRun {
     }
     std::string json() const { return read_text_file(json_path); }
     std::string wrote(const std::string& summary) const {
-        return "wrote " + json_path + " (" + summary + ")\n";
+        return "wrote " + dir.file("r.html") + " + " + json_path + " (" + summary + ")\n";
     }
 };
 

@@ -107,7 +107,8 @@ TEST(AnalyzeSpectral, ATiltAboveFiveKilohertzFailsBinsThere) {
         r.config("{ \"spectral_fidelity\": { \"peak_tolerance_db\": 0.5 } }");
     const ProcessOutput out = r.run({"--config", config});
     EXPECT_EQ(out.exit_status, 2) << out.err;
-    EXPECT_EQ(out.out, "wrote " + r.json_path + " (overall: FAIL -- Spectral Fidelity)\n");
+    EXPECT_EQ(out.out, "wrote " + r.dir.file("r.html") + " + " + r.json_path +
+                           " (overall: FAIL -- Spectral Fidelity)\n");
     const std::string json = r.json();
     EXPECT_TRUE(has(json, "    \"gating_failures\": \"spectral\",\n"));
     EXPECT_TRUE(has(json, "    \"spectral_verdict\": \"FAIL\",\n"));

@@ -135,7 +135,8 @@ TEST(ConfigFile, KnownProfilesPassTheSettingsStage) {
     ASSERT_TRUE(write_text_file(path, "{ \"general\": { \"default_profile\": \"time_domain\" } }"));
     const ProcessOutput run = run_sonalyx(with(kAnalyzeArgs, {"--config", path}));
     EXPECT_EQ(run.err, "error: failed to read --ref 'a.wav' (file not found or not readable)\n"
-                       "error: failed to read --dut 'b.wav' (file not found or not readable)\n");
+                       "error: failed to read --dut 'b.wav' (file not found or not readable)\n"
+                       "wrote an error report to r.html (overall: ERROR)\n");
 }
 
 } // namespace
