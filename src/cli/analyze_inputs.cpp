@@ -1,38 +1,12 @@
 #include "cli/analyze_inputs.h"
 
-#include "audio/wav_reader.h"
 #include "cli/comparison_error.h"
 #include "cli/defaults_lookup.h"
+#include "cli/input_checks.h"
 
 #include <cstdio>
 
 namespace {
-
-constexpr std::uint32_t kMinSampleRate = 22050;
-constexpr std::uint32_t kMaxSampleRate = 192000;
-
-bool read_input(const char* path, const char* option, WavFile& file, RunContext& context) {
-    if (wav_read(path, file)) return true;
-    report_comparison_error(context.error_text, "failed to read %s '%s' (%s)", option, path,
-                            wav_failure_reason(path).c_str());
-    return false;
-}
-
-bool rate_supported(const WavFile& file, const char* option, RunContext& context) {
-    if (file.sample_rate >= kMinSampleRate && file.sample_rate <= kMaxSampleRate) return true;
-    report_comparison_error(context.error_text,
-                            "%s sample rate %u Hz is outside the supported range [%u, %u] Hz",
-                            option, file.sample_rate, kMinSampleRate, kMaxSampleRate);
-    return false;
-}
-
-bool channels_supported(const WavFile& file, const char* option, RunContext& context) {
-    if (file.channels == 1 || file.channels == 2) return true;
-    report_comparison_error(context.error_text,
-                            "%s has %u channel(s) -- sonalyx only accepts mono or stereo input",
-                            option, file.channels);
-    return false;
-}
 
 void copy_if_shown(const std::optional<std::string>& text, std::string& out) {
     if (text && !text->empty()) out = *text;
@@ -66,16 +40,16 @@ TesterInfo tester_info_from(const TesterSettings& general) {
 
 bool read_analyze_inputs(const AnalyzeOptions& options, RunContext& context, WavPair& wavs) {
     // The DUT is read even when the reference failed, so that both problems are told at once.
-    const bool ref_read = read_input(options.ref_path, "--ref", wavs.ref, context);
-    const bool dut_read = read_input(options.dut_path, "--dut", wavs.dut, context);
+    const bool ref_read = read_input(options.ref_path, "--ref", wavs.ref, context.error_text);
+    const bool dut_read = read_input(options.dut_path, "--dut", wavs.dut, context.error_text);
     return ref_read && dut_read;
 }
 
 bool check_input_formats(const WavPair& wavs, RunContext& context) {
-    const bool ref_rate = rate_supported(wavs.ref, "--ref", context);
-    const bool dut_rate = rate_supported(wavs.dut, "--dut", context);
-    const bool ref_channels = channels_supported(wavs.ref, "--ref", context);
-    if (!channels_supported(wavs.dut, "--dut", context)) return false;
+    const bool ref_rate = rate_supported(wavs.ref, "--ref", context.error_text);
+    const bool dut_rate = rate_supported(wavs.dut, "--dut", context.error_text);
+    const bool ref_channels = channels_supported(wavs.ref, "--ref", context.error_text);
+    if (!channels_supported(wavs.dut, "--dut", context.error_text)) return false;
     if (!ref_rate || !dut_rate || !ref_channels) return false;
     if (wavs.ref.channels != wavs.dut.channels) {
         report_comparison_error(context.error_text,

@@ -158,3 +158,6 @@ void resolve_analysis_config(const AnalysisSettings& config_file,
 // The fft_size used when no file sets one: 8192 up to 48000 Hz, 16384 up to 96000 Hz, 32768
 // above, halved while larger than the greater of 8192 and `shared_frames`.
 std::size_t default_fft_size(std::uint32_t sample_rate, std::size_t shared_frames);
+
+// One of the transform sizes the spectral check accepts: 1024, 2048, ..., 32768.
+bool fft_size_supported(std::size_t size);

@@ -1,6 +1,7 @@
 #include "config/resolve_spectral.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "config/resolve_helpers.h"
@@ -72,6 +73,11 @@ std::size_t default_fft_size(std::uint32_t sample_rate, std::size_t shared_frame
     while (size > limit)
         size /= 2;
     return size;
+}
+
+bool fft_size_supported(std::size_t size) {
+    constexpr std::array<std::size_t, 6> kAllowed = {1024, 2048, 4096, 8192, 16384, 32768};
+    return std::find(kAllowed.begin(), kAllowed.end(), size) != kAllowed.end();
 }
 
 void resolve_spectral_fidelity(const AnalysisSettings& config_file,

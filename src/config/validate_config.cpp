@@ -18,10 +18,7 @@ bool in_overlap_range(double fraction) {
 
 bool check_fft_size(const AnalysisConfig& config, std::uint32_t, std::string& message) {
     const std::size_t size = config.spectral_fidelity.fft_size.value;
-    constexpr std::array<std::size_t, 6> kAllowed = {1024, 2048, 4096, 8192, 16384, 32768};
-    for (const std::size_t allowed : kAllowed) {
-        if (size == allowed) return true;
-    }
+    if (fft_size_supported(size)) return true;
     format_message(message,
                    "error: spectral_fidelity.fft_size %zu not supported -- must be one of 1024, "
                    "2048, 4096, 8192, 16384, 32768 (also used by Distortion, which reads this "
