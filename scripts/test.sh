@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The whole test suite: formatting and static analysis, a Release tree and an
-# AddressSanitizer+UndefinedBehaviorSanitizer tree with every test run on both, and each fuzz
-# harness for 30 seconds from its seed corpus. Installs what is missing first.
+# AddressSanitizer+UndefinedBehaviorSanitizer tree with every test run on both, the browser tests
+# of the pages the Release build writes, and each fuzz harness for 30 seconds from its seed corpus.
+# Installs what is missing first.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
@@ -20,6 +21,9 @@ cppcheck --quiet --error-exitcode=1 --enable=warning,performance --std=c++20 --i
 echo "== release build and tests"
 scripts/build.sh build/release -DCMAKE_BUILD_TYPE=Release
 ctest --test-dir build/release --output-on-failure -j "$(nproc)"
+
+echo "== browser tests"
+scripts/browser-test.sh build/release/src/sonalyx build/release/browser-test
 
 echo "== sanitizer build and tests"
 # -O1 with line tables only: sanitizer reports keep file and line, and the tree compiles faster.

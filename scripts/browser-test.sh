@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Browser tests of the pages sonalyx writes, in Debian's headless Chromium:
+#   scripts/browser-test.sh <sonalyx-exe> <out-dir>
+# Installs Debian's chromium, and nodejs/npm where no node or npm command exists (the machine's
+# Node.js may bring its own npm), and the npm packages of package-lock.json when they are not
+# installed as locked; then runs tests/browser/run.mjs, which writes its WAV
+# fixtures, the pages and light and dark screenshots into <out-dir> and ends with an
+# "N passed, N failed" line. Exits non-zero when any test failed.
+set -euo pipefail
+root="$(cd "$(dirname "$0")/.." && pwd)"
+if [ "$#" -ne 2 ]; then
+    echo "usage: scripts/browser-test.sh <sonalyx-exe> <out-dir>" >&2
+    exit 1
+fi
+exe="$(realpath "$1")"
+out="$(realpath -m "$2")"
+cd "$root"
+# shellcheck source=ensure-packages.sh
+source scripts/ensure-packages.sh
+wanted=(chromium)
+command -v node >/dev/null || wanted+=(nodejs)
+command -v npm >/dev/null || wanted+=(npm)
+ensure_packages "${wanted[@]}"
+if ! npm ls --depth=0 >/dev/null 2>&1; then
+    npm ci --no-audit --no-fund
+fi
+node tests/browser/run.mjs "$exe" "$out"
