@@ -62,18 +62,36 @@ bool append_detail_line(TextBuffer& page, const std::optional<double>& frac) {
 
 } // namespace
 
+const Envelope& cached_envelope(EnvelopeCache* cache, const WavFile& file, unsigned channel,
+                                std::int64_t first, std::size_t count, std::int64_t shift,
+                                EnvelopeScale scale, Envelope& scratch) {
+    if (cache == nullptr) {
+        scratch = reduce_envelope(file, channel, first, count, shift, scale);
+        return scratch;
+    }
+    for (const EnvelopeCache::Entry& e : cache->entries) {
+        if (e.file == &file && e.channel == channel && e.first == first && e.count == count &&
+            e.shift == shift && e.scale == scale)
+            return e.envelope;
+    }
+    cache->entries.push_back({&file, channel, first, count, shift, scale,
+                              reduce_envelope(file, channel, first, count, shift, scale)});
+    return cache->entries.back().envelope;
+}
+
 bool append_envelope_chart(TextBuffer& page, const EnvelopeView& view) {
-    const Envelope ref =
-        reduce_envelope(*view.ref, view.channel, view.first_frame, view.frame_count, 0, view.scale);
-    std::optional<Envelope> dut;
+    Envelope ref_scratch;
+    Envelope dut_scratch;
+    const Envelope& ref = cached_envelope(view.cache, *view.ref, view.channel, view.first_frame,
+                                          view.frame_count, 0, view.scale, ref_scratch);
+    const Envelope* dut = nullptr;
     if (view.dut != nullptr) {
-        dut = reduce_envelope(*view.dut, view.channel, view.first_frame, view.frame_count,
-                              view.dut_offset, view.scale);
+        dut = &cached_envelope(view.cache, *view.dut, view.channel, view.first_frame,
+                               view.frame_count, view.dut_offset, view.scale, dut_scratch);
     }
     return append_svg_open(page, view) && append_frame_lines(page, view) &&
            append_envelope_shape(page, ref, view.scale, kEnvelopeRefTrace) &&
            (!dut || append_envelope_shape(page, *dut, view.scale, kEnvelopeDutTrace)) &&
            append_markers(page, view) && append_detail_line(page, view.detail_frac) &&
-           text_append(page, "</svg>\n") &&
-           append_envelope_data(page, view, ref, dut ? &*dut : nullptr);
+           text_append(page, "</svg>\n") && append_envelope_data(page, view, ref, dut);
 }

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <span>
 #include <string>
@@ -30,6 +31,22 @@ struct Envelope {
     std::vector<std::uint8_t> valid;
 };
 
+// Reductions already made while one page is built, so charts that show the same view of the same
+// file (the overview and the full-signal charts of the deep-scan cards) read its samples once.
+// The files must outlive the cache.
+struct EnvelopeCache {
+    struct Entry {
+        const WavFile* file = nullptr;
+        unsigned channel = 0;
+        std::int64_t first = 0;
+        std::size_t count = 0;
+        std::int64_t shift = 0;
+        EnvelopeScale scale = EnvelopeScale::linear;
+        Envelope envelope;
+    };
+    std::deque<Entry> entries; // a deque: adding an entry keeps earlier ones in place
+};
+
 struct EnvelopeView {
     const WavFile* ref = nullptr;
     const WavFile* dut = nullptr; // no DUT trace when null
@@ -42,12 +59,18 @@ struct EnvelopeView {
     const char* title = "";     // the aria label: "Full-file waveform overview" or a detail view
     std::span<const ChartMarker> markers;
     std::optional<double> detail_frac; // the dashed detail-position line, when given
+    EnvelopeCache* cache = nullptr;    // reuse reductions across the page, when given
 };
 
 // Reduces frames [first, first + count) of `channel` of `file`, read at file frame f + shift for
 // view frame f, to kEnvelopeColumns columns (frames outside the file leave columns invalid).
 Envelope reduce_envelope(const WavFile& file, unsigned channel, std::int64_t first,
                          std::size_t count, std::int64_t shift, EnvelopeScale scale);
+
+// reduce_envelope through `cache` (when not null): a view reduced before is taken from it.
+const Envelope& cached_envelope(EnvelopeCache* cache, const WavFile& file, unsigned channel,
+                                std::int64_t first, std::size_t count, std::int64_t shift,
+                                EnvelopeScale scale, Envelope& scratch);
 
 // The SVG and its data element "sx-envelope-data<suffix>".
 bool append_envelope_chart(TextBuffer& page, const EnvelopeView& view);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "audio/wav_file.h"
+#include "report/envelope_chart.h"
 #include "results/run_results.h"
 
 #include <string_view>
@@ -12,4 +13,5 @@ struct ReportInputs {
     const WavFile& ref;
     const WavFile& dut;
     std::string_view json_text;
+    EnvelopeCache* envelopes = nullptr; // shared by the page's charts while it is built
 };

@@ -37,6 +37,7 @@ EnvelopeView channel_view(const ReportInputs& in, unsigned channel) {
     view.dut_offset = in.results.alignment.file_offset;
     view.channel = channel;
     view.frame_count = in.ref.frames;
+    view.cache = in.envelopes;
     return view;
 }
 

@@ -7,6 +7,7 @@
 #include "text_buffer_fixture.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -313,6 +314,50 @@ TEST_F(EnvelopeChart, DutTraceReadsAtItsOffset) {
     EXPECT_NE(content().find("aria-label=\"Full-file waveform overview, reference vs. DUT\">\n"),
               std::string::npos);
     EXPECT_EQ(count_of(content(), "\"dut\":{\"min\":[0.0000,"), 1U);
+}
+
+} // namespace
+
+namespace {
+
+// The chart text of `view`, drawn into a fresh buffer.
+std::string chart_text(const EnvelopeView& view) {
+    TextBuffer page;
+    text_buffer_init(page);
+    EXPECT_TRUE(append_envelope_chart(page, view));
+    std::string text(page.data, page.length);
+    text_buffer_free(page);
+    return text;
+}
+
+TEST(EnvelopeCacheTest, CachedChartsAreTheSameTextAndReduceEachViewOnce) {
+    std::vector<double> left(9000);
+    std::vector<double> right(9000);
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        left[i] = std::sin(0.01 * static_cast<double>(i));
+        right[i] = 0.5 * std::cos(0.003 * static_cast<double>(i));
+    }
+    const WavFile ref = memory_wav({left, right}, 48000);
+    const WavFile dut = memory_wav({right, left}, 48000);
+    EnvelopeView view;
+    view.ref = &ref;
+    view.dut = &dut;
+    view.dut_offset = 3;
+    view.channel = 1;
+    view.frame_count = ref.frames;
+    const std::string plain = chart_text(view);
+    EnvelopeCache cache;
+    view.cache = &cache;
+    EXPECT_EQ(chart_text(view), plain);
+    EXPECT_EQ(cache.entries.size(), 2u); // the reference and the DUT view
+    EXPECT_EQ(chart_text(view), plain);
+    EXPECT_EQ(cache.entries.size(), 2u) << "the same view is taken from the cache";
+    view.scale = EnvelopeScale::db;
+    view.cache = nullptr;
+    const std::string db_plain = chart_text(view);
+    view.cache = &cache;
+    EXPECT_EQ(chart_text(view), db_plain);
+    EXPECT_EQ(cache.entries.size(), 4u) << "another scale is another view";
 }
 
 } // namespace
