@@ -1,4 +1,4 @@
-// Chart interaction script, part 2: SVG markup helpers and the tick rules both chart kinds share.
+// Chart interaction script 2/5: SVG markup helpers and the tick rules both chart kinds share.
 #include "report/page_asset_texts.h"
 
 const char kChartScriptAxes[] = R"js(

@@ -1,4 +1,4 @@
-// Chart interaction script, part 5: finding the charts, redrawing them, and the wheel, drag,
+// Chart interaction script 5/5: finding the charts, redrawing them, and the wheel, drag,
 // box-zoom, reset and trace-toggle handlers.
 #include "report/page_asset_texts.h"
 

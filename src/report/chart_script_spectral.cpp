@@ -1,4 +1,4 @@
-// Chart interaction script, part 4: redrawing a spectral chart for a view.
+// Chart interaction script 4/5: redrawing a spectral chart for a view.
 #include "report/page_asset_texts.h"
 
 const char kChartScriptSpectral[] = R"js(

@@ -1,4 +1,4 @@
-// Chart interaction script, part 1: the constants and the view arithmetic. A view is a pair
+// Chart interaction script 1/5: the constants and the view arithmetic. A view is a pair
 // {start, end} in unit space (0..1 of the chart's full range).
 #include "report/page_asset_texts.h"
 

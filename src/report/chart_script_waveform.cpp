@@ -1,4 +1,4 @@
-// Chart interaction script, part 3: redrawing a waveform envelope chart for a view.
+// Chart interaction script 3/5: redrawing a waveform envelope chart for a view.
 #include "report/page_asset_texts.h"
 
 const char kChartScriptWaveform[] = R"js(
