@@ -28,21 +28,6 @@ constexpr std::int64_t kDelay = 48;
 constexpr std::size_t kWindow = 64;
 constexpr std::size_t kReferenceSlice = 200000;
 
-// A chord under a phrase envelope with a rest every 7 seconds, noise bursts on the beat in
-// channel 0 and a melody line in channel 1.
-void program_frame(std::size_t n, SignalRng& rng, double out[2]) {
-    const double t = static_cast<double>(n) / kRate;
-    const double two_pi = 2.0 * std::numbers::pi;
-    const double rest = std::fmod(t, 7.0) < 0.4 ? 0.0 : 1.0;
-    const double phrase = rest * (0.5 + 0.45 * std::sin(two_pi * 0.09 * t));
-    const double chord = std::sin(two_pi * 220.0 * t) + 0.5 * std::sin(two_pi * 277.2 * t) +
-                         0.3 * std::sin(two_pi * 329.6 * t + 1.0);
-    const double beat = rest * std::exp(-20.0 * std::fmod(t, 0.5));
-    const double melody = 440.0 * std::exp2(std::floor(std::fmod(t, 4.0)) / 12.0);
-    out[0] = 0.45 * phrase * chord + 0.1 * beat * signal_next_uniform(rng, -1.0, 1.0);
-    out[1] = 0.4 * phrase * std::sin(two_pi * melody * t + 0.3);
-}
-
 // 0.02 dB of gain, a gentle cubic bend, noise near -90 dBFS and, about once in 5 million
 // samples, a click of 0.05.
 double device(double x, SignalRng& rng) {
@@ -165,7 +150,7 @@ int main(int argc, char** argv) {
     const auto frames = static_cast<std::size_t>(minutes * 60.0 * kRate);
     WavFile ref;
     WavFile dut;
-    make_device_pair(frames, kDelay, kRate, program_frame, device, ref, dut);
+    make_device_pair(frames, kDelay, kRate, bench_program_frame, device, ref, dut);
     add_dropouts(dut, frames);
     compare_statistics(channel0_differences(ref, dut));
     const double start = cpu_seconds();

@@ -6,8 +6,10 @@
 #include "support/signal_gen.h"
 
 #include <chrono>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <numbers>
 
 inline double now_seconds() {
     using Clock = std::chrono::steady_clock;
@@ -37,4 +39,19 @@ inline void make_device_pair(std::size_t frames, std::size_t delay, std::uint32_
         for (std::size_t k = 0; k < 2; ++k)
             dut.samples[2 * (n + delay) + k] = device(ref.samples[2 * n + k], noise);
     }
+}
+
+// Program-like material at 48 kHz: a chord under a phrase envelope with a rest every 7 seconds,
+// noise bursts on the beat in channel 0 and a melody line in channel 1.
+inline void bench_program_frame(std::size_t n, SignalRng& rng, double out[2]) {
+    const double t = static_cast<double>(n) / 48000.0;
+    const double two_pi = 2.0 * std::numbers::pi;
+    const double rest = std::fmod(t, 7.0) < 0.4 ? 0.0 : 1.0;
+    const double phrase = rest * (0.5 + 0.45 * std::sin(two_pi * 0.09 * t));
+    const double chord = std::sin(two_pi * 220.0 * t) + 0.5 * std::sin(two_pi * 277.2 * t) +
+                         0.3 * std::sin(two_pi * 329.6 * t + 1.0);
+    const double beat = rest * std::exp(-20.0 * std::fmod(t, 0.5));
+    const double melody = 440.0 * std::exp2(std::floor(std::fmod(t, 4.0)) / 12.0);
+    out[0] = 0.45 * phrase * chord + 0.1 * beat * signal_next_uniform(rng, -1.0, 1.0);
+    out[1] = 0.4 * phrase * std::sin(two_pi * melody * t + 0.3);
 }

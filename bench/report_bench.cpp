@@ -21,17 +21,6 @@ namespace {
 constexpr std::uint32_t kRate = 48000;
 constexpr std::size_t kDelay = 48;
 
-// A chord under a slow phrase envelope in channel 0, a stepping melody in channel 1.
-void program_frame(std::size_t n, SignalRng& rng, double out[2]) {
-    const double t = static_cast<double>(n) / kRate;
-    const double two_pi = 2.0 * std::numbers::pi;
-    const double phrase = 0.5 + 0.45 * std::sin(two_pi * 0.09 * t);
-    const double chord = std::sin(two_pi * 220.0 * t) + 0.5 * std::sin(two_pi * 277.2 * t);
-    const double melody = 440.0 * std::exp2(std::floor(std::fmod(t, 4.0)) / 12.0);
-    out[0] = 0.4 * phrase * chord + 1e-3 * signal_next_uniform(rng, -1.0, 1.0);
-    out[1] = 0.4 * phrase * std::sin(two_pi * melody * t + 0.3);
-}
-
 // A slightly quieter DUT with a little curvature and noise.
 double device(double x, SignalRng& rng) {
     return 0.98 * x + 0.002 * x * x + 2e-5 * signal_next_uniform(rng, -1.0, 1.0);
@@ -60,7 +49,7 @@ int main(int argc, char** argv) {
     const auto frames = static_cast<std::size_t>(minutes * 60.0 * kRate);
     WavFile ref;
     WavFile dut;
-    make_device_pair(frames, kDelay, kRate, program_frame, device, ref, dut);
+    make_device_pair(frames, kDelay, kRate, bench_program_frame, device, ref, dut);
     const RunResults results = analysed(ref, dut);
     std::string json;
     if (!build_results_json(results, json)) return 1;
