@@ -14,7 +14,3 @@ int run_plot_command(std::span<char* const> args);
 // Prints what an option scan found wrong (or the usage text for a help request) and returns the
 // exit status to stop with; returns nothing when the subcommand should go on.
 std::optional<int> finish_scan(const ScanResult& scan);
-
-// The subcommand bodies past option scanning and settings loading are not part of this build yet:
-// says so on standard error and returns the error status.
-int report_not_built(const char* command);

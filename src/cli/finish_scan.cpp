@@ -21,9 +21,3 @@ std::optional<int> finish_scan(const ScanResult& scan) {
     }
     return 1;
 }
-
-int report_not_built(const char* command) {
-    std::fprintf(stderr, "error: '%s' is not available in this build of sonalyx v%s yet\n", command,
-                 kSonalyxVersion);
-    return 1;
-}

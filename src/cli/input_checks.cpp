@@ -4,6 +4,7 @@
 #include "cli/comparison_error.h"
 
 #include <cstdint>
+#include <cstdio>
 
 namespace {
 
@@ -16,6 +17,12 @@ bool read_input(const char* path, const char* option, WavFile& file, std::string
     if (wav_read(path, file)) return true;
     report_comparison_error(error_text, "failed to read %s '%s' (%s)", option, path,
                             wav_failure_reason(path).c_str());
+    return false;
+}
+
+bool read_tool_input(const char* path, WavFile& file) {
+    if (wav_read(path, file)) return true;
+    std::fprintf(stderr, "error: failed to read --input '%s' (%s)\n", path, wav_error_text());
     return false;
 }
 

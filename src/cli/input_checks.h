@@ -6,8 +6,13 @@
 
 #include <string>
 
-// "failed to read <option> '<path>' (<reason>)" on failure.
+// "failed to read <option> '<path>' (<reason>)" on failure, where an unopenable file reads as
+// "file not found or not readable".
 bool read_input(const char* path, const char* option, WavFile& file, std::string& error_text);
+// The single input of trim and plot: on failure prints "error: failed to read --input '<path>'
+// (<reason>)" with the reader's own reason, so an unopenable file reads as the generic refusal.
+// Nothing goes to an error text: these tools write no ERROR report.
+bool read_tool_input(const char* path, WavFile& file);
 // A sample rate in [22050, 192000] Hz.
 bool rate_supported(const WavFile& file, const char* option, std::string& error_text);
 // One or two channels.

@@ -19,8 +19,8 @@ std::size_t plot_fft_size(const DefaultsFileSettings& defaults, const WavFile& f
 
 // Reads the input and checks its format; every problem is printed as it is found.
 bool read_plot_input(const PlotOptions& options, WavFile& file) {
+    if (!read_tool_input(options.input_path, file)) return false;
     std::string error_text;
-    if (!read_input(options.input_path, "--input", file, error_text)) return false;
     const bool rate = rate_supported(file, "--input", error_text);
     return channels_supported(file, "--input", error_text) && rate; // both are told at once
 }

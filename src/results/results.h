@@ -1,6 +1,6 @@
 // The results record: everything one analyze run measured (RunResults), and its rendering as the
-// flat results JSON, the ERROR results JSON, and the bounded entry writer those and the trim
-// report share; each check's keys have their own writer.
+// flat results JSON, the ERROR results JSON and the trim report, with the bounded entry writer
+// they share; each check's keys have their own writer.
 #pragma once
 
 #include "results/artifact_keys.h"
@@ -14,4 +14,5 @@
 #include "results/results_json.h"
 #include "results/run_results.h"
 #include "results/time_domain_keys.h"
+#include "results/trim_report.h"
 #include "results/version.h"

@@ -81,7 +81,8 @@ TEST(PlotCommand, InputsSonalyxDoesNotTakeAreRefused) {
     ProcessOutput run = r.run();
     EXPECT_EQ(run.exit_status, 1);
     EXPECT_EQ(run.err,
-              "error: failed to read --input '" + r.input + "' (file not found or not readable)\n");
+              "error: failed to read --input '" + r.input +
+                  "' (not a supported 16/24/32-bit integer or 32/64-bit float PCM WAV file)\n");
 
     write_wav(r.input, 16000, 3, std::vector<double>(3 * 1600, 0.25));
     run = r.run();
