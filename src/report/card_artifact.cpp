@@ -29,10 +29,10 @@ bool append_severity_suffix(TextBuffer& page, const ArtifactChannelResult& c,
     return text_append(page, " &middot; silence/full scale");
 }
 
-// Shown only when the channel had an event: without one the worst-event fields hold nothing.
+// Every channel row ends with this tile, with or without events: a channel without events shows
+// its zeroed worst-event fields ("frame 0, 0 smp" with the silence/full-scale suffix).
 bool append_worst_event(TextBuffer& page, const ArtifactChannelResult& c,
                         const ArtifactConfig& config) {
-    if (c.event_count == 0) return true;
     return append_tile_open(page, "Worst Event", false) &&
            text_append_format(page, "frame %zu, %zu smp", c.worst_event_start_frame,
                               c.worst_event_length) &&

@@ -85,7 +85,9 @@ TEST(ArtifactCard, StereoRowsAndTheMinorEventsParagraph) {
               "<div class=\"tile\"><div class=\"k\">Samples Flagged</div><div class=\"v\">0 / "
               "4800</div></div>\n"
               "<div class=\"tile\"><div class=\"k\">Samples Excluded</div><div "
-              "class=\"v\">0</div></div>\n</div>\n"
+              "class=\"v\">0</div></div>\n"
+              "<div class=\"tile\"><div class=\"k\">Worst Event</div><div class=\"v\">frame 0, "
+              "0 smp &middot; silence/full scale</div></div>\n</div>\n"
               "<div class=\"tile-row card-row-gap\">\n"
               "<div class=\"tile\"><div class=\"k\">Channel</div><div class=\"v\">R</div></div>\n"
               "<div class=\"tile\"><div class=\"k\">Events Counted</div><div class=\"v "
@@ -102,6 +104,20 @@ TEST(ArtifactCard, StereoRowsAndTheMinorEventsParagraph) {
               "detection threshold (and no more than 100&times; over it measured against the "
               "whole file), or runs of exact silence or full scale shorter than 8 samples. They "
               "are listed, but only counted events fail the check.</p>\n</div>\n</section>\n");
+}
+
+TEST(ArtifactCard, ChannelWithoutEventsStillShowsTheWorstEventTile) {
+    ReportCase run(1, 64);
+    run.results.artifact.ran = true;
+    run.results.artifact.result.channels = 1;
+    run.results.artifact.result.channel[0].passed = true;
+    run.results.artifact.result.channel[0].samples_checked = 64;
+    EXPECT_NE(card_of(run).find("<div class=\"tile\"><div class=\"k\">Samples Excluded</div><div "
+                                "class=\"v\">0</div></div>\n<div class=\"tile\"><div "
+                                "class=\"k\">Worst Event</div><div class=\"v\">frame 0, 0 smp "
+                                "&middot; silence/full scale</div></div>\n</div>\n<p "
+                                "class=\"desc\">Minor events"),
+              std::string::npos);
 }
 
 TEST(ArtifactCard, MonoRowAndReferenceOnlyNote) {
