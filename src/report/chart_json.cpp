@@ -5,7 +5,8 @@ bool append_json_number_array(TextBuffer& page, const char* name, std::span<cons
                               int decimals) {
     if (!text_append_format(page, "\"%s\":[", name)) return false;
     for (std::size_t i = 0; i < values.size(); ++i) {
-        if (!text_append_format(page, i == 0 ? "%.*f" : ",%.*f", decimals, values[i])) {
+        if ((i > 0 && !text_append_char(page, ',')) ||
+            !text_append_fixed(page, values[i], decimals)) {
             return false;
         }
     }

@@ -8,10 +8,12 @@
 
 namespace {
 
+// Each flag is 0 or 1, so its "%d" is the one digit.
 bool append_valid_array(TextBuffer& page, std::span<const std::uint8_t> valid) {
     if (!text_append(page, "\"valid\":[")) return false;
     for (std::size_t i = 0; i < valid.size(); ++i) {
-        if (!text_append_format(page, i == 0 ? "%d" : ",%d", static_cast<int>(valid[i]))) {
+        if ((i > 0 && !text_append_char(page, ',')) ||
+            !text_append_char(page, valid[i] != 0 ? '1' : '0')) {
             return false;
         }
     }

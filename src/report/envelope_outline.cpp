@@ -13,9 +13,8 @@ bool append_upper_edges(TextBuffer& page, const Envelope& envelope, EnvelopeScal
         bool ok = true;
         if (envelope.valid[i] != 0) {
             const double y = envelope_y(envelope.max[i], scale);
-            ok = in_piece ? text_append_format(page, "L%.2f,%.2f ", envelope_column_x(i + 1), y)
-                          : text_append_format(page, "M%.2f,%.2f L%.2f,%.2f ", envelope_column_x(i),
-                                               y, envelope_column_x(i + 1), y);
+            ok = (in_piece || text_append_point(page, "M", envelope_column_x(i), y, 2)) &&
+                 text_append_point(page, "L", envelope_column_x(i + 1), y, 2);
             in_piece = true;
         } else if (in_piece) {
             // An invalid column with no open piece has nothing to end, so it writes nothing.
@@ -35,8 +34,8 @@ bool append_last_lower_edge(TextBuffer& page, const Envelope& envelope, Envelope
     if (envelope.valid[i - 1] == 0) return true;
     while (i > 0 && envelope.valid[i - 1] != 0) {
         --i;
-        if (!text_append_format(page, "L%.2f,%.2f ", envelope_column_x(i),
-                                envelope_y(envelope.min[i], scale))) {
+        if (!text_append_point(page, "L", envelope_column_x(i), envelope_y(envelope.min[i], scale),
+                               2)) {
             return false;
         }
     }

@@ -34,26 +34,43 @@ double floored_db(double magnitude) {
     return std::max(magnitude_db(magnitude), kChartDbMin);
 }
 
+// The smallest and largest of value(samples[index]) for index = first, first + stride, ... below
+// last, compared in that order (so of two equal zeros the first one seen is kept).
+template <typename Value>
+void min_max(const double* samples, std::size_t first, std::size_t last, std::size_t stride,
+             Value value, double& low, double& high) {
+    low = value(samples[first]);
+    high = low;
+    for (std::size_t index = first + stride; index < last; index += stride) {
+        const double v = value(samples[index]);
+        low = std::min(low, v);
+        high = std::max(high, v);
+    }
+}
+
 // Fills column i from file frames [start, end). On the dB scale every sample counts by its level
 // 20 log10 |x| (a sign has no level), so the column spans its quietest to its loudest sample; it
 // keeps the smallest and largest magnitude and converts those two, which equals converting every
 // sample first because the conversion and the floor never reverse an order.
 void reduce_column(const WavFile& file, unsigned channel, ColumnFrames frames, EnvelopeScale scale,
                    Envelope& envelope, std::size_t i) {
-    const bool db = scale == EnvelopeScale::db;
-    const auto value_at = [&](std::int64_t f) {
-        const double sample = file.samples[static_cast<std::size_t>(f) * file.channels + channel];
-        return db ? std::fabs(sample) : sample;
-    };
-    double low = value_at(frames.start);
-    double high = low;
-    for (std::int64_t f = frames.start + 1; f < frames.end; ++f) {
-        const double value = value_at(f);
-        low = std::min(low, value);
-        high = std::max(high, value);
+    const std::size_t stride = file.channels;
+    const std::size_t first = static_cast<std::size_t>(frames.start) * stride + channel;
+    const std::size_t last = static_cast<std::size_t>(frames.end) * stride;
+    double low = 0.0;
+    double high = 0.0;
+    if (scale == EnvelopeScale::db) {
+        min_max(
+            file.samples.data(), first, last, stride, [](double x) { return std::fabs(x); }, low,
+            high);
+        low = floored_db(low);
+        high = floored_db(high);
+    } else {
+        min_max(
+            file.samples.data(), first, last, stride, [](double x) { return x; }, low, high);
     }
-    envelope.min[i] = db ? floored_db(low) : low;
-    envelope.max[i] = db ? floored_db(high) : high;
+    envelope.min[i] = low;
+    envelope.max[i] = high;
     envelope.valid[i] = 1;
 }
 

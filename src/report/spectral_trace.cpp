@@ -14,8 +14,8 @@ bool append_spectral_trace(TextBuffer& page, const SpectralChartData& chart,
     for (std::size_t k = 0; k < levels_db.size(); ++k) {
         const double f = static_cast<double>(k) * chart.bin_hz;
         if (chart.scale == FrequencyScale::log && f < kLogFrequencyMinHz) continue;
-        if (!text_append_format(page, "%.2f,%.2f ", spectral_x(f, chart.nyquist_hz, chart.scale),
-                                spectral_y(levels_db[k]))) {
+        if (!text_append_point(page, "", spectral_x(f, chart.nyquist_hz, chart.scale),
+                               spectral_y(levels_db[k]), 2)) {
             return false;
         }
     }

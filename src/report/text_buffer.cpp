@@ -1,7 +1,9 @@
 // Growth, raw appends, formatted appends and the three byte-by-byte escapes of TextBuffer.
 #include "report/text_buffer.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -152,6 +154,34 @@ bool text_append_format(TextBuffer& buffer, const char* format, ...) {
     const bool appended = text_append_vformat(buffer, format, args);
     va_end(args);
     return appended;
+}
+
+namespace {
+
+// Room for any double in fixed notation with up to 17 decimals: 309 integer digits, sign, point.
+constexpr std::size_t kFixedChars = 352;
+
+char* put_fixed(char* out, char* end, double value, int decimals) {
+    return std::to_chars(out, end, value, std::chars_format::fixed, decimals).ptr;
+}
+
+} // namespace
+
+bool text_append_fixed(TextBuffer& buffer, double value, int decimals) {
+    char text[kFixedChars];
+    const char* end = put_fixed(text, text + sizeof text, value, decimals);
+    return text_append_bytes(buffer, text, static_cast<std::uint64_t>(end - text));
+}
+
+bool text_append_point(TextBuffer& buffer, std::string_view lead, double x, double y,
+                       int decimals) {
+    char text[2 * kFixedChars + 16];
+    char* out = std::copy_n(lead.data(), std::min<std::size_t>(lead.size(), 8), text);
+    out = put_fixed(out, text + sizeof text, x, decimals);
+    *out++ = ',';
+    out = put_fixed(out, text + sizeof text, y, decimals);
+    *out++ = ' ';
+    return text_append_bytes(buffer, text, static_cast<std::uint64_t>(out - text));
 }
 
 bool text_append_html(TextBuffer& buffer, const char* text) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 // The buffer manages its memory with malloc/realloc/free so that a failed growth is a null return
 // that leaves the old block intact.
@@ -29,6 +30,14 @@ bool text_append_char(TextBuffer& buffer, char c);
 // Also false, with the buffer untouched, when the formatting itself reports an error.
 bool text_append_format(TextBuffer& buffer, const char* format, ...)
     __attribute__((format(printf, 2, 3)));
+
+// Appends `value` exactly as "%.*f" with `decimals` (0 to 17) prints it. The characters come from
+// std::to_chars, which is defined to match printf and is several times quicker, so the charts'
+// long runs of numbers use this.
+bool text_append_fixed(TextBuffer& buffer, double value, int decimals);
+// "<lead><x>,<y> " with both numbers as "%.*f" with `decimals` (0 to 17) prints them: one chart
+// point. `lead` is at most 8 characters ("M", "L" or nothing).
+bool text_append_point(TextBuffer& buffer, std::string_view lead, double x, double y, int decimals);
 
 // The escapes work byte by byte (nothing is decoded as UTF-8). One that fails part-way leaves the
 // bytes escaped so far in the buffer.
