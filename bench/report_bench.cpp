@@ -62,8 +62,12 @@ int main(int argc, char** argv) {
     if (!written || ::stat(path.c_str(), &info) != 0) return 1;
     const double mib = static_cast<double>(info.st_size) / (1024.0 * 1024.0);
     std::printf("analyze report, every card, %.1f min stereo 48 kHz\n", minutes);
-    std::printf("%-22s %10s %12s %8s\n", "what", "seconds", "size MiB", "goal");
-    std::printf("%-22s %10.3f %12.3f %8s\n", "build and write page", seconds, mib,
-                seconds < 1.0 && mib < 3.0 ? "met" : "MISSED");
+    std::printf("%-22s %10s %10s %8s\n", "what", "value", "goal", "");
+    std::printf("%-22s %8.3f s %8s %8s\n", "build and write page", seconds, "< 1 s",
+                seconds < 1.0 ? "met" : "MISSED");
+    // The chart formats fix the page size (4096 envelope columns, fixed decimals), whatever the
+    // file's length; the 3 MB goal is printed against it all the same.
+    std::printf("%-22s %6.3f MiB %8s %8s\n", "page size", mib, "< 3 MB",
+                static_cast<double>(info.st_size) < 3e6 ? "met" : "MISSED");
     return 0;
 }
