@@ -289,6 +289,26 @@ TEST_F(EnvelopeChart, ShortViewLabelsSecondsWithOneDecimal) {
               std::string::npos);
 }
 
+// Three minor lines at quarter steps between neighbouring major lines (x = 58 + 932 t / 20 for
+// t not a multiple of 4), all drawn before the first major line.
+TEST_F(EnvelopeChart, MinorTimeLinesStandAtQuarterStepsBetweenMajorLines) {
+    const WavFile file = memory_wav({std::vector<double>(50, 0.1)}, 10);
+    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 50)));
+    const char* minor = "\" y1=\"10.00\" x2=\"";
+    const char* style = "\" y2=\"156.00\" stroke=\"var(--line-strong)\" stroke-width=\"1\" "
+                        "opacity=\"0.5\"/>\n";
+    std::string expected;
+    for (const char* x : {"104.60", "151.20", "197.80", "291.00"}) {
+        expected += std::string("<line x1=\"") + x + minor + x + style;
+    }
+    EXPECT_NE(content().find("-1.2</text>\n" + expected), std::string::npos);
+    EXPECT_NE(content().find(std::string("<line x1=\"943.40") + minor + "943.40" + style +
+                             "<line x1=\"58.00\" y1=\"10.00\" x2=\"58.00\" y2=\"156.00\" "
+                             "stroke=\"var(--ink-soft)\" stroke-width=\"1\" opacity=\"0.5\"/>\n"
+                             "<text x=\"58.00\" y=\"170.00\""),
+              std::string::npos);
+}
+
 TEST_F(EnvelopeChart, ViewEndingAtAMinuteLabelsMinutesAndRoundedSeconds) {
     const WavFile file = memory_wav({std::vector<double>(700, 0.1)}, 10);
     ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 600)));

@@ -110,6 +110,20 @@ TEST_F(SpectralChart, LogScaleAt24kHzHasNoRightEdgeLabel) {
               18U); // 30 to 9000 Hz: six minor lines in each of three decades
 }
 
+// The minor lines follow the level lines at 3, 4, 6, ... times each power of ten on the log scale.
+TEST_F(SpectralChart, LogMinorLinesFollowTheLevelLinesAtTheirFrequencies) {
+    const std::vector<double> levels(8, -140.0);
+    ASSERT_TRUE(append_spectral_chart(buffer, silent_chart(levels, 24000.0, FrequencyScale::log)));
+    std::string expected = "<line x1=\"58.00\" y1=\"276.00\" x2=\"990.00\" y2=\"276.00\" "
+                           "stroke=\"var(--line-strong)\" stroke-width=\"1\" opacity=\"0.6\"/>\n";
+    for (const char* x : {"111.30", "149.12", "202.41"}) {
+        expected += std::string("<line x1=\"") + x + "\" y1=\"12.00\" x2=\"" + x +
+                    "\" y2=\"276.00\" stroke=\"var(--line-strong)\" stroke-width=\"1\" "
+                    "opacity=\"0.55\"/>\n";
+    }
+    EXPECT_NE(content().find(expected), std::string::npos);
+}
+
 TEST_F(SpectralChart, LogScaleAt48kHzLabelsTheRightEdge) {
     const std::vector<double> levels(8, -140.0);
     ASSERT_TRUE(append_spectral_chart(buffer, silent_chart(levels, 48000.0, FrequencyScale::log)));
