@@ -10,31 +10,34 @@ cd "$root"
 source scripts/ensure-packages.sh
 ensure_packages cmake g++ libgtest-dev clang libclang-rt-14-dev clang-format cppcheck
 
-echo "== formatting"
+# Each phase's heading says how far into the run it starts, so a slow phase is easy to find.
+phase() { echo "== $1 (at ${SECONDS}s)"; }
+
+phase "formatting"
 find src tests bench \( -name '*.cpp' -o -name '*.h' \) -print0 |
     xargs -0 clang-format --dry-run --Werror
 
-echo "== static analysis"
+phase "static analysis"
 cppcheck --quiet --error-exitcode=1 --enable=warning,performance --std=c++20 --inline-suppr \
     -I src src
 
-echo "== release build and tests"
+phase "release build and tests"
 # The benchmark programs are left to scripts/bench.sh, which builds them in the same tree.
 scripts/build.sh build/release -DCMAKE_BUILD_TYPE=Release -DSONALYX_BENCH=OFF
 ctest --test-dir build/release --output-on-failure -j "$(nproc)"
 
-echo "== browser tests"
+phase "browser tests"
 scripts/browser-test.sh build/release/src/sonalyx build/release/browser-test
 
-echo "== sanitizer build and tests"
+phase "sanitizer build and tests"
 # -O1 with line tables only: sanitizer reports keep file and line, and the tree compiles faster.
 scripts/build.sh build/sanitize -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" \
     -DSONALYX_SANITIZE=ON -DSONALYX_BENCH=OFF
 ctest --test-dir build/sanitize --output-on-failure -j "$(nproc)"
 
-echo "== fuzzing"
+phase "fuzzing"
 BUILD_TARGET=fuzz_harnesses scripts/build.sh build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DSONALYX_FUZZ=ON -DSONALYX_TESTS=OFF \
     -DSONALYX_BENCH=OFF
 scripts/fuzz.sh build/fuzz 30
 
-echo "all tests passed"
+echo "all tests passed (${SECONDS}s)"

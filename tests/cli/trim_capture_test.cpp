@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <regex>
 #include <string>
 
 namespace {
@@ -17,19 +18,30 @@ constexpr std::uint32_t kFloat32 = 0x120;
 // Uniform noise with an RMS of 0.01 (-40 dBFS).
 const double kMinus40DbfsPeak = 0.01 * std::sqrt(3.0);
 
-// Runs trim on the capture with the default settings and checks the written file frame by frame
-// and the summary text byte by byte.
+// The summary names the frame count, and each occurrence's channel (the tone's, or any when every
+// channel has it) and exact position followed by its four chirp PSRs. (The report texts are
+// compared byte by byte in the trim command tests.)
+void expect_summary(const std::string& out, const TrimRun& r, const SyncCaptureLayout& layout,
+                    const SyncCapture& capture) {
+    const std::string channel =
+        layout.tone_channel ? std::to_string(*layout.tone_channel) : std::string("[0-9]+");
+    const std::string psrs = "PSR [0-9.]+, similarity [0-9.]+ \\(reps:( [0-9.]+){4}\\)\n";
+    const std::regex expected(
+        "wrote " + r.out + " \\(" + std::to_string(capture.clean_end - capture.clean_start) +
+        " clean-signal frames\\)\n  leading: channel " + channel + ", sample " +
+        std::to_string(layout.lead_frames) + ", " + psrs + "  trailing: channel " + channel +
+        ", sample " + std::to_string(capture.clean_end) + ", " + psrs);
+    EXPECT_TRUE(std::regex_match(out, expected)) << out;
+}
+
+// Runs trim on the capture with the default settings and checks the written file frame by frame.
 void expect_exact_trim(const SyncCaptureLayout& layout) {
     const SyncCapture capture = make_sync_capture(layout, sync_tone(layout.rate));
     const TrimRun r;
     r.write(layout, capture);
     const ProcessOutput run = r.run();
     ASSERT_EQ(run.exit_status, 0) << run.err;
-
-    const TrimPoints points = located(r.input, capture.frames / 2);
-    EXPECT_EQ(points.sync_point, capture.clean_start);
-    EXPECT_EQ(points.trim_point, capture.clean_end);
-    EXPECT_EQ(run.out, expected_summary(r.out, points));
+    expect_summary(run.out, r, layout, capture);
 
     WavFile clean;
     ASSERT_TRUE(wav_read(r.out.c_str(), clean));
@@ -50,23 +62,34 @@ SyncCaptureLayout layout_of(std::uint32_t rate, std::uint32_t channels, std::uin
     layout.rate = rate;
     layout.channels = channels;
     layout.format = format;
-    layout.lead_frames = rate / 5 + 173;
-    layout.tail_frames = rate / 4;
-    layout.programme_frames = rate / 2 + 31;
+    layout.lead_frames = rate / 20 + 173;
+    layout.tail_frames = rate / 10;
+    layout.programme_frames = rate / 5 + 31;
     layout.seed = rate + channels * 10 + format;
     return layout;
 }
 
-TEST(TrimCapture, EveryRateChannelCountAndFormatGivesTheFramesBetweenTheTones) {
-    for (const std::uint32_t rate : {44100u, 48000u, 96000u}) {
-        for (const std::uint32_t channels : {1u, 2u}) {
-            for (const std::uint32_t format : {16u, 24u, kFloat32}) {
-                SCOPED_TRACE(std::to_string(rate) + " Hz, " + std::to_string(channels) +
-                             " channel(s), format " + std::to_string(format));
-                expect_exact_trim(layout_of(rate, channels, format));
-            }
+// Mono and stereo in 16-bit, 24-bit and float at one rate.
+void expect_every_layout_at(std::uint32_t rate) {
+    for (const std::uint32_t channels : {1u, 2u}) {
+        for (const std::uint32_t format : {16u, 24u, kFloat32}) {
+            SCOPED_TRACE(std::to_string(channels) + " channel(s), format " +
+                         std::to_string(format));
+            expect_exact_trim(layout_of(rate, channels, format));
         }
     }
+}
+
+TEST(TrimCapture, EveryLayoutAt44100HzGivesTheFramesBetweenTheTones) {
+    expect_every_layout_at(44100);
+}
+
+TEST(TrimCapture, EveryLayoutAt48000HzGivesTheFramesBetweenTheTones) {
+    expect_every_layout_at(48000);
+}
+
+TEST(TrimCapture, EveryLayoutAt96000HzGivesTheFramesBetweenTheTones) {
+    expect_every_layout_at(96000);
 }
 
 // The search keeps the channel with the greatest PSR. A channel without the tone therefore needs a
@@ -91,7 +114,7 @@ TEST(TrimCapture, EveryChannelOfAWiderFileIsSearched) {
     r.write(layout, capture);
     const ProcessOutput run = r.run();
     ASSERT_EQ(run.exit_status, 0) << run.err;
-    EXPECT_NE(run.out.find("  leading: channel 2, sample 9773,"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("  leading: channel 2, sample 2573,"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("  trailing: channel 2, sample "), std::string::npos);
 }
 
