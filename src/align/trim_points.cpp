@@ -1,23 +1,19 @@
 #include "align/trim_points.h"
 
+#include "align/bounded_text.h"
 #include "align/sync_tone.h"
 #include "audio/rounding.h"
 
-#include <cstdarg>
-#include <cstdio>
 #include <limits>
 
 namespace {
 
-std::string formatted_line(const char* format, ...) __attribute__((format(printf, 1, 2)));
-
-std::string formatted_line(const char* format, ...) {
-    char line[256];
-    va_list args;
-    va_start(args, format);
-    const int length = std::vsnprintf(line, sizeof line, format, args);
-    va_end(args);
-    return length < 0 ? std::string() : std::string(line);
+// One formatted error line. 1024 bytes hold even two of the longest "%.2f" numbers (about 310
+// digits each) that an absurd PSR threshold setting could bring.
+template <typename... Values> std::string formatted_line(const char* format, Values... values) {
+    BoundedText line = bounded_text(1024);
+    bounded_append(line, format, values...);
+    return std::string(bounded_view(line));
 }
 
 // Why an occurrence was not accepted, tested in this order: nothing searchable, a PSR below the
