@@ -2,10 +2,11 @@
 // of normalised double samples (keeping every other chunk as raw bytes), and writes such samples
 // back as WAV files with plain or extensible headers; and the overlap of two files under a
 // frame offset, from which every comparison takes its range; and the dB conversions every check
-// shares.
+// shares; and the all-or-nothing file replacement through which every output is written.
 #pragma once
 
 #include "audio/decibels.h"
+#include "audio/file_replacement.h"
 #include "audio/overlap.h"
 #include "audio/wav_file.h"
 #include "audio/wav_reader.h"

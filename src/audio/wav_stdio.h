@@ -1,5 +1,5 @@
-// Small helpers over C stdio for the WAV reader and writer: an owning file handle, exact reads
-// and writes, and growth of buffers that reports exhausted memory as a plain false.
+// Small helpers over C stdio for the WAV reader and writer: an owning file handle, exact reads, and
+// growth of buffers that reports exhausted memory as a plain false.
 #pragma once
 
 #include <cstddef>
@@ -17,11 +17,6 @@ using WavFileHandle = std::unique_ptr<std::FILE, WavFileCloser>;
 // True when exactly `size` bytes were read.
 inline bool wav_read_exact(std::FILE* file, void* buffer, std::size_t size) {
     return std::fread(buffer, 1, size, file) == size;
-}
-
-// True when exactly `size` bytes were written.
-inline bool wav_write_exact(std::FILE* file, const void* buffer, std::size_t size) {
-    return std::fwrite(buffer, 1, size, file) == size;
 }
 
 // Resizes the vector, turning an allocation failure into false (the vector is then unchanged).

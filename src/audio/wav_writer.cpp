@@ -1,10 +1,10 @@
 #include "audio/wav_writer.h"
 
+#include "audio/file_replacement.h"
 #include "audio/wav_encode.h"
 #include "audio/wav_extra_pieces.h"
 #include "audio/wav_file.h"
 #include "audio/wav_header.h"
-#include "audio/wav_stdio.h"
 
 #include <algorithm>
 #include <array>
@@ -39,11 +39,7 @@ bool prepare(const char* path, std::uint32_t rate, std::uint32_t channels, std::
     return true;
 }
 
-bool write_bytes(std::FILE* file, std::span<const std::uint8_t> bytes) {
-    return bytes.empty() || wav_write_exact(file, bytes.data(), bytes.size());
-}
-
-bool write_samples(std::FILE* file, std::span<const double> samples, std::uint32_t format) {
+bool write_samples(FileReplacement& file, std::span<const double> samples, std::uint32_t format) {
     std::array<std::uint8_t, kBlockBytes> block;
     const std::size_t width = wav_format_bytes(format);
     const std::size_t per_block = kBlockBytes / width;
@@ -51,31 +47,30 @@ bool write_samples(std::FILE* file, std::span<const double> samples, std::uint32
         const auto part = samples.subspan(start, std::min(per_block, samples.size() - start));
         const auto bytes = std::span<std::uint8_t>(block).first(part.size() * width);
         wav_encode_samples(part, format, bytes);
-        if (!write_bytes(file, bytes)) return false;
+        if (!replacement_write(file, bytes)) return false;
     }
     return true;
 }
 
-bool write_kept_pieces(std::FILE* file, std::span<const std::uint8_t> extra) {
+bool write_kept_pieces(FileReplacement& file, std::span<const std::uint8_t> extra) {
     while (!extra.empty()) {
         const std::span<const std::uint8_t> piece = wav_front_piece(extra);
-        if (!wav_piece_is_fact(piece) && !write_bytes(file, piece)) return false;
+        if (!wav_piece_is_fact(piece) && !replacement_write(file, piece)) return false;
         extra = extra.subspan(piece.size());
     }
     return true;
 }
 
-// Creates the file and writes the header in one write, then the samples, then the chunks that
-// follow them (`write_tail`); the file is closed on every path.
+// Writes the header in one write, then the samples, then the chunks that follow them
+// (`write_tail`), into a new file that replaces `request.path` only once it is complete.
 template <typename WriteTail>
 bool write_file(const WriteRequest& request, const WavHeader& header, WriteTail write_tail) {
-    std::FILE* file = std::fopen(request.path, "wb");
-    if (file == nullptr) return false;
-    const bool written = wav_write_exact(file, header.bytes.data(), header.size) &&
-                         write_samples(file, request.samples, request.fields.format) &&
-                         write_tail(file);
-    const bool closed = std::fclose(file) == 0;
-    return written && closed;
+    FileReplacement file;
+    if (!replacement_open(request.path, file)) return false;
+    const bool written =
+        replacement_write(file, std::span<const std::uint8_t>(header.bytes).first(header.size)) &&
+        write_samples(file, request.samples, request.fields.format) && write_tail(file);
+    return written && replacement_commit(file);
 }
 
 bool write_int(WriteRequest& request, std::span<const std::uint8_t> extra) {
@@ -83,7 +78,7 @@ bool write_int(WriteRequest& request, std::span<const std::uint8_t> extra) {
     WavHeader header;
     wav_build_int_header(request.fields, header);
     return write_file(request, header,
-                      [extra](std::FILE* file) { return write_bytes(file, extra); });
+                      [extra](FileReplacement& file) { return replacement_write(file, extra); });
 }
 
 } // namespace
@@ -104,7 +99,7 @@ bool wav_write_float(const char* path, std::uint32_t rate, std::uint32_t channel
     WavHeader header;
     wav_build_float_header(request.fields, header);
     return write_file(request, header,
-                      [extra](std::FILE* file) { return write_kept_pieces(file, extra); });
+                      [extra](FileReplacement& file) { return write_kept_pieces(file, extra); });
 }
 
 bool wav_write_with_extra(const char* path, std::uint32_t rate, std::uint32_t channels,

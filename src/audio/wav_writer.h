@@ -1,7 +1,9 @@
 // Writing interleaved double samples (full scale 1.0) as a RIFF/WAVE file in one of the five
 // sample formats. Every entry point returns false on any failure; a null path, a rate or channel
 // count of 0, an unknown format code or a sample span shorter than frames * channels fails before
-// any file is created. A failure while writing leaves the partial file on disk.
+// any file is created. The file is written beside the target and put in place only when
+// complete: a failure while writing leaves any earlier file at the path untouched and no partial
+// file.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "report/page_output.h"
 
-#include "report/output_file.h"
+#include "audio/file_replacement.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #include "report/plot_page.h"
 
-#include "report/output_file.h"
+#include "audio/file_replacement.h"
 #include "results/json_entries.h"
 
 namespace {

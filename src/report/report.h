@@ -6,7 +6,6 @@
 #pragma once
 
 #include "report/analyze_report.h"
-#include "report/output_file.h"
 #include "report/page_assets.h"
 #include "report/plot_page.h"
 #include "report/text_buffer.h"
