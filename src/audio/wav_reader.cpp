@@ -4,8 +4,9 @@
 #include "audio/wav_decode.h"
 #include "audio/wav_stdio.h"
 
-#include <limits>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -14,6 +15,35 @@ char g_error_text[kErrorCapacity] = {};
 
 constexpr const char* kGenericError =
     "not a supported 16/24/32-bit integer or 32/64-bit float PCM WAV file";
+constexpr const char* kNotRegularError = "not a regular file";
+
+enum class OpenOutcome { opened, unopenable, not_regular };
+
+bool is_regular(const struct stat& info) {
+    return S_ISREG(info.st_mode);
+}
+
+// Opens `path` for reading only when it is a regular file. A FIFO, socket, device or directory is
+// refused by its type before it is opened, and the open itself does not wait, so no reader ever
+// blocks on a FIFO without a writer or reads an endless stream.
+OpenOutcome open_regular(const char* path, WavFileHandle& handle, std::uint64_t& length) {
+    struct stat info {};
+    if (::stat(path, &info) == 0 && !is_regular(info)) return OpenOutcome::not_regular;
+    const int fd = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0) return OpenOutcome::unopenable;
+    // The path may have been replaced since it was looked at: the opened file decides.
+    if (::fstat(fd, &info) != 0 || !is_regular(info)) {
+        ::close(fd);
+        return OpenOutcome::not_regular;
+    }
+    handle.reset(::fdopen(fd, "rb"));
+    if (!handle) {
+        ::close(fd);
+        return OpenOutcome::unopenable;
+    }
+    length = static_cast<std::uint64_t>(info.st_size);
+    return OpenOutcome::opened;
+}
 
 // The sample layout that the fmt and data chunks describe once they pass every check.
 struct WavShape {
@@ -21,15 +51,6 @@ struct WavShape {
     std::size_t frames = 0;
     std::size_t sample_count = 0;
 };
-
-// The length of a regular file; unbounded for anything else, whose reads then decide alone.
-std::uint64_t file_length_of(std::FILE* file) {
-    struct stat info {};
-    if (fstat(fileno(file), &info) != 0 || !S_ISREG(info.st_mode)) {
-        return std::numeric_limits<std::uint64_t>::max();
-    }
-    return static_cast<std::uint64_t>(info.st_size);
-}
 
 std::uint32_t format_code(const WavFmtInfo& fmt) {
     const bool int_ok = !fmt.is_float && (fmt.bits == 16 || fmt.bits == 24 || fmt.bits == 32);
@@ -95,9 +116,13 @@ bool wav_read(const char* path, WavFile& out) {
     g_error_text[0] = '\0';
     out = WavFile{};
     if (path == nullptr) return false;
-    WavFileHandle file(std::fopen(path, "rb"));
-    if (!file) return false;
-    const std::uint64_t file_length = file_length_of(file.get());
+    WavFileHandle file;
+    std::uint64_t file_length = 0;
+    const OpenOutcome opened = open_regular(path, file, file_length);
+    if (opened == OpenOutcome::not_regular) {
+        std::snprintf(g_error_text, kErrorCapacity, "%s", kNotRegularError);
+    }
+    if (opened != OpenOutcome::opened) return false;
     WavLayout layout;
     WavShape shape;
     if (!wav_walk_chunks(file.get(), file_length, layout) || !check_shape(layout, shape)) {
@@ -119,9 +144,12 @@ const char* wav_error_text() {
 }
 
 std::string wav_failure_reason(const char* path) {
-    WavFileHandle file(path != nullptr ? std::fopen(path, "rb") : nullptr);
-    if (!file) return "file not found or not readable";
-    file.reset();
+    WavFileHandle file;
+    std::uint64_t length = 0;
+    const OpenOutcome opened =
+        path != nullptr ? open_regular(path, file, length) : OpenOutcome::unopenable;
+    if (opened == OpenOutcome::unopenable) return "file not found or not readable";
+    if (opened == OpenOutcome::not_regular) return kNotRegularError;
     return wav_error_text();
 }
 

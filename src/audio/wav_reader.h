@@ -10,12 +10,13 @@
 // is then available from wav_error_text(). Nothing is printed.
 bool wav_read(const char* path, WavFile& out);
 
-// The reason for the most recent refusal: the NaN/infinity message if the last read stopped there,
-// otherwise the generic "not a supported ..." text.
+// The reason for the most recent refusal: "not a regular file" for a directory, FIFO, socket or
+// device (refused without reading or waiting), the NaN/infinity message if the last read stopped
+// there, otherwise the generic "not a supported ..." text.
 const char* wav_error_text();
 
-// "file not found or not readable" when `path` cannot be opened for reading, otherwise
-// wav_error_text().
+// "file not found or not readable" when `path` cannot be opened for reading, "not a regular file"
+// when it names something else than a file, otherwise wav_error_text().
 std::string wav_failure_reason(const char* path);
 
 // Releases the sample and extra-chunk memory and zeroes every field.

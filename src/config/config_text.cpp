@@ -1,9 +1,22 @@
 #include "config/config_text.h"
 
 #include <cstdio>
+#include <sys/stat.h>
 #include <utility>
 
+namespace {
+
+// Only a regular file is read: a FIFO or a device is refused by its type, so opening it never
+// waits for a writer and reading it never runs through an endless stream.
+bool is_regular_file(const std::string& path) {
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
+}
+
+} // namespace
+
 bool load_raw_config_text(const std::string& path, std::string& raw) {
+    if (!is_regular_file(path)) return false;
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr) return false;
     std::string buffer(kConfigFileCapacity - 1, '\0');

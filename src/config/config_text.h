@@ -15,8 +15,8 @@ inline constexpr std::size_t kLookupKeyCapacity = 128;       // the quoted key p
 inline constexpr std::size_t kSnapshotElementCapacity = 256; // one snapshots array element
 inline constexpr std::size_t kBandElementCapacity = 4096;    // one bands array element
 
-// Reads the whole file in binary mode; fails when it cannot be opened or read, or when it holds
-// more than kConfigFileCapacity - 1 bytes. The text ends at the first NUL byte, if any.
+// Reads the whole file in binary mode; fails when it is not a regular file, cannot be opened or
+// read, or holds more than kConfigFileCapacity - 1 bytes. The text ends at the first NUL byte.
 bool load_raw_config_text(const std::string& path, std::string& raw);
 
 // Drops "//" comments outside strings (up to, not including, the next newline). Fails when the
