@@ -1,6 +1,7 @@
 #include "cli/analyze_pipeline.h"
 
 #include "align/align.h"
+#include "audio/file_replacement.h"
 #include "audio/overlap.h"
 #include "audio/wav_file.h"
 #include "cli/analysis_checks.h"
@@ -9,7 +10,6 @@
 #include "cli/output_paths.h"
 #include "cli/overall_verdict.h"
 #include "report/analyze_report.h"
-#include "report/output_file.h"
 #include "results/results_json.h"
 
 #include <cstdio>
@@ -80,11 +80,10 @@ bool resolve_run_settings(const AnalyzeOptions& options, const AnalyzeSettingsFi
 
 // Writes the HTML report and, with --json, the JSON file, then prints the summary line naming
 // them.
-bool write_outputs(const AnalyzeOptions& options, const RunResults& results, const WavPair& wavs,
-                   const std::string& json) {
-    OutputPaths paths;
+bool write_outputs(const AnalyzeOptions& options, const OutputPaths& paths,
+                   const RunResults& results, const WavPair& wavs, const std::string& json) {
     std::string message;
-    if (!resolve_output_paths(options.out_path, options.ref_path, options.json, paths, message)) {
+    if (!create_output_directory(paths, message)) {
         std::fputs(message.c_str(), stderr);
         std::fprintf(stderr, "error: could not resolve output path from --out '%s'\n",
                      options.out_path);
@@ -113,13 +112,12 @@ bool write_outputs(const AnalyzeOptions& options, const RunResults& results, con
 int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
     AnalyzeSettingsFiles files;
     if (!load_analyze_settings(options, files)) return 1;
-    context = {true,
-               options.ref_path,
-               options.dut_path,
-               options.out_path,
-               options.json,
-               tester_info_from(files.defaults.general),
-               {}};
+    context.report_possible = true;
+    context.ref_path = options.ref_path;
+    context.dut_path = options.dut_path;
+    context.out_path = options.out_path;
+    context.json = options.json;
+    context.tester = tester_info_from(files.defaults.general);
 
     WavPair wavs;
     if (!read_analyze_inputs(options, context, wavs) || !check_input_formats(wavs, context))
@@ -141,6 +139,6 @@ int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
         std::fputs("error: internal -- results JSON exceeded buffer size\n", stderr);
         return 1;
     }
-    if (!write_outputs(options, results, wavs, json)) return 1;
+    if (!write_outputs(options, context.paths, results, wavs, json)) return 1;
     return !results.overall.passed && options.exit_code ? 2 : 0;
 }

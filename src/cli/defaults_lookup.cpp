@@ -26,6 +26,13 @@ bool executable_directory(std::string& dir) {
     return true;
 }
 
+std::string found_defaults_file() {
+    std::string dir;
+    if (!executable_directory(dir)) return {};
+    const std::string path = dir + "/sonalyx-defaults.cfg";
+    return path.size() <= kMaxPathLength && file_exists(path) ? path : std::string();
+}
+
 bool load_run_defaults(const char* defaults_cfg_path, DefaultsFileSettings& out,
                        std::string& message) {
     if (defaults_cfg_path) {
@@ -34,12 +41,9 @@ bool load_run_defaults(const char* defaults_cfg_path, DefaultsFileSettings& out,
                   "' does not exist or could not be parsed\n";
         return false;
     }
-    std::string dir;
-    if (!executable_directory(dir)) return true;
-    const std::string path = dir + "/sonalyx-defaults.cfg";
     // A missing file next to the executable is not an error; an unloadable one is.
-    if (path.size() > kMaxPathLength || !file_exists(path)) return true;
-    if (load_defaults_file(path, out)) return true;
+    const std::string path = found_defaults_file();
+    if (path.empty() || load_defaults_file(path, out)) return true;
     message = "error: failed to read or parse sonalyx-defaults.cfg\n";
     return false;
 }

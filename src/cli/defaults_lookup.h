@@ -14,3 +14,6 @@ bool executable_directory(std::string& dir);
 // false with the complete error line in `message`.
 bool load_run_defaults(const char* defaults_cfg_path, DefaultsFileSettings& out,
                        std::string& message);
+
+// sonalyx-defaults.cfg in the executable's directory when it is there, else empty.
+std::string found_defaults_file();

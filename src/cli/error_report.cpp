@@ -1,17 +1,16 @@
 #include "cli/error_report.h"
 
+#include "audio/file_replacement.h"
 #include "cli/output_paths.h"
-#include "report/output_file.h"
 #include "report/plot_page.h"
 #include "results/results_json.h"
 
 #include <cstdio>
 
 void write_error_report(const RunContext& context) {
-    OutputPaths paths;
+    const OutputPaths& paths = context.paths;
     std::string ignored;
-    if (!resolve_output_paths(context.out_path, context.ref_path, context.json, paths, ignored))
-        return;
+    if (!create_output_directory(paths, ignored)) return;
     if (!write_error_page(paths.html_path, context.ref_path, context.dut_path,
                           context.error_text.c_str())) {
         std::fprintf(stderr, "warning: could not write the error report '%s'\n",

@@ -28,16 +28,13 @@ bool make_directory(const std::string& dir) {
     return ::mkdir(dir.c_str(), 0755) == 0 || errno == EEXIST;
 }
 
-bool resolve_into_directory(std::string_view out, const char* input_path, bool want_json,
-                            OutputPaths& paths, std::string& message) {
+bool plan_into_directory(std::string_view out, const char* input_path, bool want_json,
+                         OutputPaths& paths) {
     if (out.size() > kMaxPathLength) return false;
     if (!out.empty() && is_separator(out.back())) out.remove_suffix(1);
     const std::string dir(out);
-    if (!make_directory(dir)) {
-        message = "error: could not create output directory '" + dir + "'\n";
-        return false;
-    }
     const std::string base = dir + "/" + path_stem(input_path);
+    paths.directory = dir;
     paths.html_path = base + ".html";
     if (want_json) paths.json_path = base + ".json";
     return paths.html_path.size() <= kMaxPathLength && paths.json_path.size() <= kMaxPathLength;
@@ -53,13 +50,12 @@ std::string path_stem(std::string_view path) {
     return std::string(name.substr(0, kMaxStemLength));
 }
 
-bool resolve_output_paths(const char* out, const char* input_path, bool want_json,
-                          OutputPaths& paths, std::string& message) {
+bool plan_output_paths(const char* out, const char* input_path, bool want_json,
+                       OutputPaths& paths) {
     paths = {};
-    message.clear();
     const std::string_view out_text(out);
     if (is_directory(std::string(out_text)) || (!out_text.empty() && is_separator(out_text.back())))
-        return resolve_into_directory(out_text, input_path, want_json, paths, message);
+        return plan_into_directory(out_text, input_path, want_json, paths);
     if (out_text.size() > kMaxPathLength) return false;
     paths.html_path = out_text;
     if (want_json) {
@@ -67,4 +63,10 @@ bool resolve_output_paths(const char* out, const char* input_path, bool want_jso
         if (paths.json_path.size() > kMaxPathLength) return false;
     }
     return true;
+}
+
+bool create_output_directory(const OutputPaths& paths, std::string& message) {
+    if (!paths.directory || make_directory(*paths.directory)) return true;
+    message = "error: could not create output directory '" + *paths.directory + "'\n";
+    return false;
 }

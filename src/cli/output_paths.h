@@ -1,7 +1,10 @@
 // Where a report goes: --out names either the exact HTML file or a directory that receives
-// "<input stem>.html"; the JSON file sits beside the HTML file under the same stem.
+// "<input stem>.html"; the JSON file sits beside the HTML file under the same stem. The paths are
+// planned before any work, so that they can be checked against the inputs; the directory is made
+// only when the first file is about to be written.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,15 +13,19 @@ inline constexpr std::size_t kMaxPathLength = 4095; // a path buffer of 4096 byt
 struct OutputPaths {
     std::string html_path;
     std::string json_path; // empty unless a JSON path was wanted
+    // The directory --out named (without its trailing separator), made before writing; unset
+    // when --out names the file itself.
+    std::optional<std::string> directory;
 };
 
 // The file stem of a path: the text after its last '/' or '\' up to its last '.', where a '.'
 // that starts that text does not count; at most 255 characters.
 std::string path_stem(std::string_view path);
 
-// Resolves the output paths from the --out text and the input file's path, creating the output
-// directory (one level) when --out names one that does not exist yet. On failure returns false;
-// `message` then holds "error: could not create output directory ...\n" when the directory could
-// not be made, and is empty for a length overflow.
-bool resolve_output_paths(const char* out, const char* input_path, bool want_json,
-                          OutputPaths& paths, std::string& message);
+// Plans the output paths from the --out text and the input file's path, looking at the file
+// system but changing nothing. False when a path would be longer than kMaxPathLength.
+bool plan_output_paths(const char* out, const char* input_path, bool want_json, OutputPaths& paths);
+
+// Makes the directory --out named (one level) when it does not exist yet. On failure returns
+// false with "error: could not create output directory '...'\n" in `message`.
+bool create_output_directory(const OutputPaths& paths, std::string& message);

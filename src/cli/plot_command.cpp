@@ -2,11 +2,13 @@
 #include "cli/commands.h"
 #include "cli/defaults_lookup.h"
 #include "cli/input_checks.h"
+#include "cli/output_guard.h"
 #include "cli/output_paths.h"
 #include "report/plot_page.h"
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -25,8 +27,29 @@ bool read_plot_input(const PlotOptions& options, WavFile& file) {
     return channels_supported(file, "--input", error_text) && rate; // both are told at once
 }
 
+// Plans the page and JSON paths and refuses a run that would write over its input, before any
+// work; the reason is printed.
+bool plan_plot_outputs(const PlotOptions& options, OutputPaths& paths) {
+    if (!plan_output_paths(options.out_path, options.input_path, options.json, paths)) {
+        std::fprintf(stderr, "error: could not resolve output path from --out '%s'\n",
+                     options.out_path);
+        return false;
+    }
+    std::vector<RunPath> outputs{{paths.html_path, "--out"}};
+    if (options.json) outputs.push_back({paths.json_path, "--json"});
+    return run_outputs_allowed(outputs, {{options.input_path, "--input file"}}, nullptr,
+                               options.defaults_path);
+}
+
 bool write_plot_outputs(const PlotOptions& options, const OutputPaths& paths,
                         const PlotData& plot) {
+    std::string message;
+    if (!create_output_directory(paths, message)) {
+        std::fputs(message.c_str(), stderr);
+        std::fprintf(stderr, "error: could not resolve output path from --out '%s'\n",
+                     options.out_path);
+        return false;
+    }
     if (!write_plot_page(paths.html_path, plot)) {
         std::fprintf(stderr, "error: failed to write '%s'\n", paths.html_path.c_str());
         return false;
@@ -48,6 +71,8 @@ bool write_plot_outputs(const PlotOptions& options, const OutputPaths& paths,
 int run_plot_command(std::span<char* const> args) {
     PlotOptions options;
     if (const auto status = finish_scan(scan_plot_options(args, options))) return *status;
+    OutputPaths paths;
+    if (!plan_plot_outputs(options, paths)) return 1;
     DefaultsFileSettings defaults;
     std::string message;
     if (!load_run_defaults(options.defaults_path, defaults, message)) {
@@ -56,13 +81,6 @@ int run_plot_command(std::span<char* const> args) {
     }
     WavFile file;
     if (!read_plot_input(options, file)) return 1;
-    OutputPaths paths;
-    if (!resolve_output_paths(options.out_path, options.input_path, options.json, paths, message)) {
-        std::fputs(message.c_str(), stderr);
-        std::fprintf(stderr, "error: could not resolve output path from --out '%s'\n",
-                     options.out_path);
-        return 1;
-    }
     PlotData plot;
     plot.input_path = options.input_path;
     plot.file = &file;

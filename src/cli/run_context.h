@@ -2,6 +2,7 @@
 // files turn out not to be comparable.
 #pragma once
 
+#include "cli/output_paths.h"
 #include "results/run_results.h"
 
 #include <string>
@@ -12,6 +13,7 @@ struct RunContext {
     const char* dut_path = nullptr;
     const char* out_path = nullptr;
     bool json = false;
+    OutputPaths paths; // planned and checked against the inputs before the run starts
     TesterInfo tester;
     std::string error_text; // the comparison errors of the run, joined by "; "
 };

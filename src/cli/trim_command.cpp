@@ -1,15 +1,17 @@
 #include "align/trim_points.h"
+#include "audio/file_replacement.h"
 #include "audio/wav_writer.h"
 #include "cli/commands.h"
 #include "cli/defaults_lookup.h"
 #include "cli/input_checks.h"
+#include "cli/output_guard.h"
 #include "config/alignment_config.h"
-#include "report/output_file.h"
 #include "results/trim_report.h"
 
 #include <cstdio>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -75,6 +77,11 @@ int report_trim(const TrimOptions& options, const TrimPoints& points) {
 int run_trim_command(std::span<char* const> args) {
     TrimOptions options;
     if (const auto status = finish_scan(scan_trim_options(args, options))) return *status;
+    std::vector<RunPath> outputs{{options.out_path, "--out"}};
+    if (options.report_path) outputs.push_back({options.report_path, "--report"});
+    if (!run_outputs_allowed(outputs, {{options.input_path, "--input file"}}, nullptr,
+                             options.defaults_path))
+        return 1;
 
     DefaultsFileSettings defaults;
     std::string message;

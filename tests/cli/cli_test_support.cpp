@@ -11,6 +11,13 @@ ProcessOutput run_sonalyx_at(const std::string& exe, const std::vector<std::stri
     return run_process(argv, working_dir.path());
 }
 
+ProcessOutput run_sonalyx_in(const std::string& working_dir, const std::vector<std::string>& args,
+                             const ProcessLimits& limits) {
+    std::vector<std::string> argv{SONALYX_EXE};
+    argv.insert(argv.end(), args.begin(), args.end());
+    return run_process(argv, working_dir, limits);
+}
+
 ProcessOutput run_sonalyx(const std::vector<std::string>& args) {
     return run_sonalyx_at(SONALYX_EXE, args);
 }
