@@ -1,6 +1,8 @@
 // Growth, raw appends, formatted appends and the three byte-by-byte escapes of TextBuffer.
 #include "report/text_buffer.h"
 
+#include "results/json_escape.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -73,25 +75,10 @@ std::string_view html_path_escape(unsigned char byte, EscapeScratch& scratch) {
     return html_escape(byte, scratch);
 }
 
-std::string_view json_escape(unsigned char byte, EscapeScratch& scratch) {
-    switch (byte) {
-    case '"':
-        return "\\\"";
-    case '\\':
-        return "\\\\";
-    case '\t':
-        return "\\t";
-    case '\n':
-        return "\\n";
-    case '\r':
-        return "\\r";
-    default:
-        break;
-    }
-    if (byte >= 32) return {};
-    const int n =
-        std::snprintf(scratch.data(), scratch.size(), "\\u%04x", static_cast<unsigned>(byte));
-    return {scratch.data(), static_cast<std::size_t>(n)};
+// The results writers' rule (results/json_escape.h), so that every JSON text of the program is
+// escaped alike.
+std::string_view json_escape(unsigned char byte, EscapeScratch& /*scratch*/) {
+    return json_escaped_byte(byte);
 }
 
 bool append_escaped(TextBuffer& buffer, const char* text, ByteEscape escape) {

@@ -45,6 +45,6 @@ bool text_append_point(TextBuffer& buffer, std::string_view lead, double x, doub
 bool text_append_html(TextBuffer& buffer, const char* text);
 // As the HTML escape, plus "<wbr>" after every '/' and '\' so long paths can break there.
 bool text_append_html_path(TextBuffer& buffer, const char* text);
-// JSON string contents (no surrounding quotes): " \ tab LF CR as backslash pairs, other bytes
-// below 32 as \u00xx; '/' and bytes 128-255 pass unchanged.
+// JSON string contents (no surrounding quotes) by the one rule of results/json_escape.h: " \ tab
+// LF CR as backslash pairs, other bytes below 32 as \u00xx; '/' and bytes 127-255 pass unchanged.
 bool text_append_json(TextBuffer& buffer, const char* text);

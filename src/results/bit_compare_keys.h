@@ -1,6 +1,6 @@
 // The results JSON keys of bit-exactness (bitexact_*) and of bit accuracy (bit_accuracy_*), both
 // written from one BitCompareResult. Every entry carries a trailing comma; each writer returns
-// false at the first entry that does not fit.
+// false at the first entry that fails.
 #pragma once
 
 #include "checks/bit_compare.h"

@@ -8,5 +8,5 @@
 
 // Writes distortion_verdict and the distortion_channel_N_* keys for channel 0 and, when the
 // reference is stereo, channel 1, each entry with a trailing comma. False at the first entry that
-// does not fit.
+// fails.
 bool write_distortion_keys(FlatJson& json, const DistortionResult& r);

@@ -6,6 +6,6 @@
 #include "checks/impulse_template.h"
 #include "results/json_entries.h"
 
-// Writes every key of the block with a trailing comma; false at the first entry that does not fit.
+// Writes every key of the block with a trailing comma; false at the first entry that fails.
 // Channel 1 gets keys only for a stereo reference.
 bool write_impulse_template_keys(FlatJson& json, const ImpulseTemplateResult& r);

@@ -8,5 +8,5 @@
 
 // Writes levelfidelity_verdict and the levelfidelity_channel_N_* keys for channel 0 and, when the
 // reference is stereo, channel 1, each entry with a trailing comma. False at the first entry that
-// does not fit.
+// fails.
 bool write_level_fidelity_keys(FlatJson& json, const LevelFidelityResult& r);

@@ -7,5 +7,5 @@
 #include "results/json_entries.h"
 
 // Writes loudness_verdict and the eighteen loudness_ref_*, loudness_dut_* and loudness_delta_*
-// reals, each entry with a trailing comma. False at the first entry that does not fit.
+// reals, each entry with a trailing comma. False at the first entry that fails.
 bool write_loudness_keys(FlatJson& json, const LoudnessResult& r);

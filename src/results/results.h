@@ -1,6 +1,6 @@
 // The results record: everything one analyze run measured (RunResults), and its rendering as the
-// flat results JSON, the ERROR results JSON and the trim report, with the bounded entry writer
-// they share; each check's keys have their own writer.
+// flat results JSON, the ERROR results JSON and the trim report, with the entry writer and the
+// JSON string escape they share; each check's keys have their own writer.
 #pragma once
 
 #include "results/artifact_keys.h"

@@ -1,6 +1,8 @@
 // The blocks of the results JSON, one writer per block in key order. Each writes its entries with
-// a trailing comma and returns false at the first entry that does not fit. A check's block is
-// added by declaring its writer here and listing it in build_results_json.
+// a trailing comma and returns false at the first entry that fails. A check's block is
+// added by declaring its writer here and listing it in build_results_json. The writers build their
+// keys in strings, so running out of memory throws from them: build_results_json runs them under
+// json_guard_memory, which turns that into false.
 #pragma once
 
 #include "results/json_entries.h"

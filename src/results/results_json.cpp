@@ -14,16 +14,23 @@ constexpr std::array<ResultsBlockWriter, 12> kResultsBlocks = {
     write_loudness_block, write_time_domain_block,  write_impulse_template_block,
 };
 
-} // namespace
-
-bool build_results_json(const RunResults& results, std::string& json) {
-    json.clear();
-    FlatJson object;
-    if (!json_open(object, kResultsJsonCapacity)) return false;
+// "{\n", every block in key order, "}\n" with the last entry's comma removed.
+bool write_results_object(const RunResults& results, FlatJson& object) {
+    if (!json_open(object)) return false;
     for (const ResultsBlockWriter write_block : kResultsBlocks) {
         if (!write_block(object, results)) return false;
     }
-    if (!json_close(object)) return false;
-    json = std::move(object.text);
-    return true;
+    return json_close(object);
+}
+
+} // namespace
+
+bool build_results_json(const RunResults& results, std::string& json, std::string* refused_key) {
+    json.clear();
+    FlatJson object;
+    const bool built =
+        json_guard_memory([&results, &object] { return write_results_object(results, object); });
+    if (built) json = std::move(object.text);
+    if (refused_key != nullptr) *refused_key = std::move(object.refused_key);
+    return built;
 }

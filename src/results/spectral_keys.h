@@ -7,5 +7,5 @@
 #include "results/spectral_outcome.h"
 
 // Writes spectral_verdict and the keys of the form that ran, each entry with a trailing comma;
-// channel 1 only for a stereo reference. False at the first entry that does not fit.
+// channel 1 only for a stereo reference. False at the first entry that fails.
 bool write_spectral_keys(FlatJson& json, const SpectralOutcome& outcome);

@@ -29,13 +29,15 @@ bool occurrence_entries(FlatJson& json, std::string_view prefix, const SyncDetec
 bool build_trim_report_json(const char* input_path, const TrimPoints& points, std::string& json) {
     json.clear();
     FlatJson object;
-    const bool built =
-        json_open(object, kTrimReportCapacity) && json_text(object, "input_file", input_path) &&
-        occurrence_entries(object, "leading_", points.leading) &&
-        occurrence_entries(object, "trailing_", points.trailing) &&
-        json_long(object, "sync_point", static_cast<long>(points.sync_point)) &&
-        json_long(object, "trim_point", static_cast<long>(points.trim_point), EntryEnd::last) &&
-        json_close(object);
+    const bool built = json_guard_memory([&] {
+        return json_open(object) && json_text(object, "input_file", input_path) &&
+               occurrence_entries(object, "leading_", points.leading) &&
+               occurrence_entries(object, "trailing_", points.trailing) &&
+               json_long(object, "sync_point", static_cast<long>(points.sync_point)) &&
+               json_long(object, "trim_point", static_cast<long>(points.trim_point),
+                         EntryEnd::last) &&
+               json_close(object);
+    });
     if (built) json = std::move(object.text);
     return built;
 }

@@ -6,7 +6,8 @@
 
 #include <string>
 
-// Builds input_file, each occurrence's offset, channel, PSR, similarity and repetition PSRs
-// (leading first), then sync_point and trim_point, within kTrimReportCapacity bytes; the last
-// entry has no comma. False when an entry does not fit; `json` is then empty.
+// Builds input_file (however long the path), each occurrence's offset, channel, PSR, similarity
+// and repetition PSRs (leading first), then sync_point and trim_point; the last entry has no
+// comma. False only when memory ran out or a PSR or similarity is NaN or infinite (an internal
+// fault); `json` is then empty.
 bool build_trim_report_json(const char* input_path, const TrimPoints& points, std::string& json);

@@ -4,8 +4,7 @@
 // output must never hold a raw byte below 0x20 and must decode (strict_json.h) to exactly the
 // text; the earlier contents must stay as they were and the buffer's length, NUL and capacity must
 // agree. The results writer's json_escape_value takes the whole input, NULs included, and its
-// output must decode to exactly the input; what it may still do beyond that is set in
-// strict_json.h.
+// output must decode to exactly the input and, without NULs, equal the page escape's output.
 #include "report/text_buffer.h"
 #include "results/json_entries.h"
 #include "strict_json.h"
@@ -26,27 +25,28 @@ void check_text_buffer_escape(const std::uint8_t* data, std::size_t size) {
     start_text_buffer(buffer, kPrefixPattern, data, size);
     for_each_c_text(data, size, [&](const char* text) {
         std::string decoded;
-        if (!decode_json_contents(append_checked(buffer, text_append_json, text), false, decoded))
+        if (!decode_json_contents(append_checked(buffer, text_append_json, text), decoded))
             __builtin_trap();
         if (decoded != text) __builtin_trap();
     });
     text_buffer_free(buffer);
 }
 
-// A refusal is allowed only while the escaper limits lengths, and only for a value whose shortest
-// escaped form is over the limit; an accepted value's escaped form must be within it.
+// The results writer's escape takes any value, NULs included: its output must decode to exactly
+// the value, and for a value without NUL it must be what the page's escape writes.
 void check_value_escape(std::string_view value) {
     std::string escaped = "left over from an earlier value";
-    const bool escaped_ok = json_escape_value(value, escaped);
-    const bool raw_controls = raw_control_bytes_allowed();
-    const bool too_long = shortest_escaped_length(value, raw_controls) > kMaxEscapedValueLength;
-    if (!escaped_ok) {
-        if (!escaped_length_limited() || !too_long) __builtin_trap();
-        return;
-    }
-    if (escaped_length_limited() && escaped.size() > kMaxEscapedValueLength) __builtin_trap();
     std::string decoded;
-    if (!decode_json_contents(escaped, raw_controls, decoded) || decoded != value) __builtin_trap();
+    if (!json_escape_value(value, escaped) || !decode_json_contents(escaped, decoded) ||
+        decoded != value)
+        __builtin_trap();
+    if (value.find('\0') != std::string_view::npos) return;
+    TextBuffer page;
+    text_buffer_init(page);
+    const std::string text(value);
+    if (!text_append_json(page, text.c_str())) __builtin_trap();
+    if (std::string_view(page.data, page.length) != escaped) __builtin_trap();
+    text_buffer_free(page);
 }
 
 } // namespace

@@ -1,47 +1,15 @@
 // Shared by the JSON fuzz harnesses: a strict decoder for the contents of a JSON string as the
-// project's escapers write them, and the two things the results writer's escaper may still do.
+// project's escapers write them.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-// The results writer's escaper (json_escape_value) still passes bytes below 0x20 other than tab,
-// LF and CR through raw, so the harnesses accept them in its output while this returns true. Once
-// it writes every such byte as \u00xx, return false here and they are held to that.
-inline bool raw_control_bytes_allowed() {
-    return true;
-}
-
-// The results writer's escaper still refuses a value whose escaped form is longer than
-// kMaxEscapedValueLength, so the harnesses accept that refusal while this returns true. Once it
-// escapes values of any length, return false here and a refusal becomes a failure.
-inline bool escaped_length_limited() {
-    return true;
-}
-
-// Whether `byte` may appear unescaped in the string contents; the named escapes are never
-// optional, so a raw tab, LF or CR is refused even where other control bytes are allowed.
-inline bool raw_byte_allowed(unsigned char byte, bool raw_controls) {
-    if (byte == '"' || byte == '\\') return false;
-    if (byte == '\t' || byte == '\n' || byte == '\r') return false;
-    return byte >= 0x20 || raw_controls;
-}
-
-// Length of the shortest escaped form of `value` that raw_byte_allowed accepts.
-inline std::size_t shortest_escaped_length(std::string_view value, bool raw_controls) {
-    std::size_t length = 0;
-    for (const char c : value) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (raw_byte_allowed(byte, raw_controls)) {
-            length += 1;
-        } else {
-            const bool named =
-                byte == '"' || byte == '\\' || byte == '\t' || byte == '\n' || byte == '\r';
-            length += named ? 2 : 6;
-        }
-    }
-    return length;
+// Whether `byte` may appear unescaped in the string contents: never a quote, a backslash or any
+// byte below 0x20 (tab, LF and CR have their named escapes, the others \u00xx).
+inline bool raw_byte_allowed(unsigned char byte) {
+    return byte != '"' && byte != '\\' && byte >= 0x20;
 }
 
 // Value of one hexadecimal digit, or -1.
@@ -97,8 +65,8 @@ inline bool decode_escape(std::string_view rest, std::size_t& used, std::string&
 }
 
 // Decodes the contents of a JSON string (without its quotes) into `out`; false on anything the
-// escapers must not write. `raw_controls` lets bytes below 0x20 other than tab, LF and CR through.
-inline bool decode_json_contents(std::string_view escaped, bool raw_controls, std::string& out) {
+// escapers must not write.
+inline bool decode_json_contents(std::string_view escaped, std::string& out) {
     out.clear();
     std::size_t i = 0;
     while (i < escaped.size()) {
@@ -108,7 +76,7 @@ inline bool decode_json_contents(std::string_view escaped, bool raw_controls, st
             if (!decode_escape(escaped.substr(i), used, out)) return false;
             i += used;
         } else {
-            if (!raw_byte_allowed(byte, raw_controls)) return false;
+            if (!raw_byte_allowed(byte)) return false;
             out += static_cast<char>(byte);
             ++i;
         }

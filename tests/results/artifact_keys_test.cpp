@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
 namespace {
@@ -29,7 +30,7 @@ ArtifactChannelResult clicked_channel() {
 
 std::string written(const ArtifactResult& r) {
     FlatJson json;
-    EXPECT_TRUE(json_open(json, kResultsJsonCapacity));
+    EXPECT_TRUE(json_open(json));
     EXPECT_TRUE(write_artifact_keys(json, r, 64, 4.0, 8, 100.0));
     return json.text;
 }
@@ -110,7 +111,7 @@ TEST(ArtifactKeys, SettingsAreWrittenAsGiven) {
     r.channels = 0;
     r.passed = true;
     FlatJson json;
-    ASSERT_TRUE(json_open(json, kResultsJsonCapacity));
+    ASSERT_TRUE(json_open(json));
     ASSERT_TRUE(write_artifact_keys(json, r, 128, 2.5, 16, 1e6));
     EXPECT_EQ(json.text.substr(0, json.text.find("    \"artifact_channel_0_")),
               "{\n    \"artifact_verdict\": \"PASS\",\n"
@@ -121,17 +122,35 @@ TEST(ArtifactKeys, SettingsAreWrittenAsGiven) {
     EXPECT_EQ(json.text.find("_channel_1_"), std::string::npos);
 }
 
-TEST(ArtifactKeys, StopsAtTheFirstEntryThatDoesNotFit) {
+TEST(ArtifactKeys, StopsAtTheFirstEntryThatFails) {
     ArtifactResult r;
     r.channels = 2;
     r.passed = true;
-    // Room for the verdict, the settings and the first channel key only.
-    const std::string fits = std::string("{\n    \"artifact_verdict\": \"PASS\",\n") + kSettings +
-                             "    \"artifact_channel_0_samples_checked\": 0,\n";
+    // A NaN ratio fails its entry: the verdict, the settings and the counts before it stay.
+    r.channel[0].worst_event_deviation_ratio = std::numeric_limits<double>::quiet_NaN();
     FlatJson json;
-    ASSERT_TRUE(json_open(json, fits.size() + 1));
+    ASSERT_TRUE(json_open(json));
     EXPECT_FALSE(write_artifact_keys(json, r, 64, 4.0, 8, 100.0));
-    EXPECT_EQ(json.text, fits);
+    EXPECT_EQ(json.text, std::string("{\n    \"artifact_verdict\": \"PASS\",\n") + kSettings +
+                             "    \"artifact_channel_0_samples_checked\": 0,\n"
+                             "    \"artifact_channel_0_samples_excluded\": 0,\n"
+                             "    \"artifact_channel_0_samples_flagged\": 0,\n"
+                             "    \"artifact_channel_0_event_count\": 0,\n"
+                             "    \"artifact_channel_0_counted_event_count\": 0,\n"
+                             "    \"artifact_channel_0_minor_event_count\": 0,\n"
+                             "    \"artifact_channel_0_worst_event_start_frame\": 0,\n"
+                             "    \"artifact_channel_0_worst_event_length\": 0,\n");
+}
+
+TEST(ArtifactKeys, InfiniteSettingStopsTheBlock) {
+    ArtifactResult r;
+    r.passed = true;
+    FlatJson json;
+    ASSERT_TRUE(json_open(json));
+    EXPECT_FALSE(
+        write_artifact_keys(json, r, 64, std::numeric_limits<double>::infinity(), 8, 100.0));
+    EXPECT_EQ(json.text, "{\n    \"artifact_verdict\": \"PASS\",\n"
+                         "    \"artifact_window_samples\": 64,\n");
 }
 
 } // namespace

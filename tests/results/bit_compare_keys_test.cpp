@@ -2,13 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
 namespace {
 
-FlatJson opened(std::size_t capacity = kResultsJsonCapacity) {
+FlatJson opened() {
     FlatJson json;
-    EXPECT_TRUE(json_open(json, capacity));
+    EXPECT_TRUE(json_open(json));
     return json;
 }
 
@@ -126,14 +127,20 @@ TEST(BitCompareKeys, BitAccuracyFailOnEmptyOverlapWritesZeroedWorst) {
                          "    \"bit_accuracy_worst_diff_dut_value\": 0.000000,\n");
 }
 
-TEST(BitCompareKeys, StopsAtTheFirstEntryThatDoesNotFit) {
-    const std::string verdict_line = "    \"bitexact_verdict\": \"FAIL\",\n";
-    FlatJson json = opened(2 + verdict_line.size() + 10);
-    EXPECT_FALSE(write_bitexact_keys(json, differing_stereo()));
-    EXPECT_EQ(json.text, "{\n" + verdict_line);
-    FlatJson small = opened(4);
-    EXPECT_FALSE(write_bit_accuracy_keys(small, differing_stereo(), 0.0));
-    EXPECT_EQ(small.text, "{\n");
+TEST(BitCompareKeys, StopsAtTheFirstEntryThatFails) {
+    // A NaN error fails the fourth entry: the verdict and the two counts stay.
+    BitCompareResult r = differing_stereo();
+    r.max_error_db = std::numeric_limits<double>::quiet_NaN();
+    FlatJson json = opened();
+    EXPECT_FALSE(write_bitexact_keys(json, r));
+    EXPECT_EQ(json.text, "{\n"
+                         "    \"bitexact_verdict\": \"FAIL\",\n"
+                         "    \"bitexact_samples_compared\": 9600000,\n"
+                         "    \"bitexact_samples_differing\": 3,\n");
+    FlatJson accuracy = opened();
+    EXPECT_FALSE(write_bit_accuracy_keys(accuracy, differing_stereo(),
+                                         std::numeric_limits<double>::infinity()));
+    EXPECT_EQ(accuracy.text, "{\n    \"bit_accuracy_verdict\": \"FAIL\",\n");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
 namespace {
@@ -25,7 +26,7 @@ DistortionChannelResult measured_channel() {
 
 std::string written(const DistortionResult& r) {
     FlatJson json;
-    EXPECT_TRUE(json_open(json, kResultsJsonCapacity));
+    EXPECT_TRUE(json_open(json));
     EXPECT_TRUE(write_distortion_keys(json, r));
     return json.text;
 }
@@ -105,18 +106,20 @@ TEST(DistortionKeys, IdenticalFilesWriteMinus200Db) {
     EXPECT_EQ(text.find("_channel_1_"), std::string::npos);
 }
 
-TEST(DistortionKeys, StopsAtTheFirstEntryThatDoesNotFit) {
+TEST(DistortionKeys, StopsAtTheFirstEntryThatFails) {
     DistortionResult r;
     r.channels = 2;
     r.passed = true;
-    // Room for the verdict and the first two channel keys only: the third entry fails.
-    const std::string fits = "{\n    \"distortion_verdict\": \"PASS\",\n"
-                             "    \"distortion_channel_0_frame_gated\": 0,\n"
-                             "    \"distortion_channel_0_insufficient_samples\": 0,\n";
+    // A NaN fundamental fails the fifth channel entry: the verdict and the four before it stay.
+    r.channel[0].fundamental_freq_hz = std::numeric_limits<double>::quiet_NaN();
     FlatJson json;
-    ASSERT_TRUE(json_open(json, fits.size() + 1));
+    ASSERT_TRUE(json_open(json));
     EXPECT_FALSE(write_distortion_keys(json, r));
-    EXPECT_EQ(json.text, fits);
+    EXPECT_EQ(json.text, "{\n    \"distortion_verdict\": \"PASS\",\n"
+                         "    \"distortion_channel_0_frame_gated\": 0,\n"
+                         "    \"distortion_channel_0_insufficient_samples\": 0,\n"
+                         "    \"distortion_channel_0_frames_scanned\": 0,\n"
+                         "    \"distortion_channel_0_frames_gated\": 0,\n");
 }
 
 } // namespace

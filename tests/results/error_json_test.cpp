@@ -1,8 +1,11 @@
 #include "results/results_json.h"
 
+#include "support/python_json.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -28,25 +31,43 @@ TEST(ErrorJson, MultiLineErrorTextIsEscaped) {
     EXPECT_NE(json.find("    \"error\": \"line one\\nline\\ttwo\\r\",\n"), std::string::npos);
 }
 
-TEST(ErrorJson, ErrorTextOver510EscapedCharactersFails) {
-    // The run's error text may hold up to 1600 bytes, but an entry takes at most 510 escaped
-    // characters, so a longer text cannot be written.
-    std::string json = "stale";
-    EXPECT_FALSE(build_error_json(std::string(511, 'e'), "r.wav", "d.wav", json));
-    EXPECT_EQ(json, "");
-    EXPECT_TRUE(build_error_json(std::string(510, 'e'), "r.wav", "d.wav", json));
-}
-
-TEST(ErrorJson, ThreeLongestValuesFitThe4096Bytes) {
-    const std::string error(510, 'e');
-    const std::string path(510, 'p');
+TEST(ErrorJson, LongErrorTextAndPathsAreWrittenWhole) {
+    const std::string error(5000, 'e');
+    // 5,000 characters each; the backslashes and quotes double when escaped.
+    const std::string ref_path = std::string(4000, 'r') + std::string(1000, '\\');
+    const std::string dut_path = std::string(4000, 'd') + std::string(1000, '"');
     std::string json;
-    ASSERT_TRUE(build_error_json(error, path.c_str(), path.c_str(), json));
+    ASSERT_TRUE(build_error_json(error, ref_path.c_str(), dut_path.c_str(), json));
+    std::string escaped_dut = std::string(4000, 'd');
+    for (int i = 0; i < 1000; ++i)
+        escaped_dut += "\\\"";
     EXPECT_EQ(json, "{\n    \"sonalyx_phase\": 2,\n    \"status\": \"error\",\n"
                     "    \"overall_verdict\": \"ERROR\",\n    \"error\": \"" +
-                        error + "\",\n    \"ref_file\": \"" + path + "\",\n    \"dut_file\": \"" +
-                        path + "\"\n}\n");
-    EXPECT_EQ(json.size(), 1669u);
+                        error + "\",\n    \"ref_file\": \"" + std::string(4000, 'r') +
+                        std::string(2000, '\\') + "\",\n    \"dut_file\": \"" + escaped_dut +
+                        "\"\n}\n");
+    EXPECT_EQ(json.size(), 139u + 5000u + 6000u + 6000u);
+}
+
+TEST(ErrorJson, ControlBytesBecomeUnicodeEscapes) {
+    std::string json;
+    ASSERT_TRUE(build_error_json("bad\x01pick\x1b", "r\x1f.wav", "d\x7f.wav", json));
+    EXPECT_NE(json.find("    \"error\": \"bad\\u0001pick\\u001b\",\n"
+                        "    \"ref_file\": \"r\\u001f.wav\",\n"
+                        "    \"dut_file\": \"d\x7f.wav\"\n}\n"),
+              std::string::npos);
+}
+
+// The text parses with a strict JSON parser and gives the error text and paths back.
+TEST(ErrorJson, StrictParserReadsEveryTextBack) {
+    const std::string error = "line one\nline\ttwo\r \x01\x1b\x7f \"q\" \\";
+    const std::string ref_path = awkward_path(1000);
+    const std::string dut_path = "\x01\x1b\x7f.wav";
+    std::string json;
+    ASSERT_TRUE(build_error_json(error, ref_path.c_str(), dut_path.c_str(), json));
+    const PythonJson parsed = python_json(json, {"error", "ref_file", "dut_file"});
+    ASSERT_TRUE(parsed.parsed) << parsed.error;
+    EXPECT_EQ(parsed.values, (std::vector<std::string>{error, ref_path, dut_path}));
 }
 
 } // namespace

@@ -1,25 +1,41 @@
 #include "results/json_entries.h"
+#include "results/json_escape.h"
 
 #include <gtest/gtest.h>
 
+#include <cfloat>
+#include <climits>
 #include <cmath>
 #include <limits>
+#include <new>
+#include <stdexcept>
 #include <string>
 
 namespace {
 
-FlatJson opened(std::size_t capacity = kResultsJsonCapacity) {
+FlatJson opened() {
     FlatJson json;
-    EXPECT_TRUE(json_open(json, capacity));
+    EXPECT_TRUE(json_open(json));
     return json;
+}
+
+std::string escaped(std::string_view value) {
+    std::string text = "stale";
+    EXPECT_TRUE(json_escape_value(value, text));
+    return text;
+}
+
+// "\u00xx" with lower-case hex, as a byte below 32 is written.
+std::string unicode_escape(int byte) {
+    const char hex[] = "0123456789abcdef";
+    return std::string("\\u00") + hex[byte / 16] + hex[byte % 16];
 }
 
 TEST(JsonEntries, OpenWritesTheBrace) {
     FlatJson json;
     json.text = "left over";
-    ASSERT_TRUE(json_open(json, 100));
+    ASSERT_TRUE(json_open(json));
     EXPECT_EQ(json.text, "{\n");
-    EXPECT_EQ(json.capacity, 100u);
 }
 
 TEST(JsonEntries, FourFormatsWithAndWithoutComma) {
@@ -42,6 +58,20 @@ TEST(JsonEntries, RealsUseSixDecimals) {
     ASSERT_TRUE(json_real(json, "a", -200.0, EntryEnd::last));
     ASSERT_TRUE(json_real(json, "b", 2.5e-7, EntryEnd::last));
     EXPECT_EQ(json.text, "{\n    \"a\": -200.000000\n    \"b\": 0.000000\n");
+}
+
+TEST(JsonEntries, ExtremeNumbersAreWrittenWhole) {
+    FlatJson json = opened();
+    ASSERT_TRUE(json_int(json, "i", INT_MIN));
+    ASSERT_TRUE(json_long(json, "l", LONG_MIN));
+    // The longest real there is: 309 integer digits, sign, point and six decimals. std::to_string
+    // prints a double as "%f", which is "%.6f".
+    ASSERT_TRUE(json_real(json, "r", -DBL_MAX, EntryEnd::last));
+    const std::string longest = std::to_string(-DBL_MAX);
+    ASSERT_EQ(longest.size(), 317u);
+    EXPECT_EQ(json.text, "{\n    \"i\": -2147483648,\n    \"l\": -9223372036854775808,\n"
+                         "    \"r\": " +
+                             longest + "\n");
 }
 
 TEST(JsonEntries, NonFiniteRealsFailTheEntry) {
@@ -68,93 +98,107 @@ TEST(JsonEntries, CloseKeepsALastEntryWrittenWithoutComma) {
     EXPECT_EQ(json.text, "{\n    \"a\": \"x,\",\n    \"b\": \"y\"\n}\n");
 }
 
-TEST(JsonEntries, EscapesOnlyQuoteBackslashTabNewlineReturn) {
-    std::string escaped;
-    ASSERT_TRUE(json_escape_value("a\"b\\c\td\ne\rf", escaped));
-    EXPECT_EQ(escaped, "a\\\"b\\\\c\\td\\ne\\rf");
-    // Other control bytes, '/' and bytes above 127 pass unchanged.
-    ASSERT_TRUE(json_escape_value("\x01/\x1f\x7f\xc3\xa9", escaped));
-    EXPECT_EQ(escaped, "\x01/\x1f\x7f\xc3\xa9");
+TEST(JsonEntries, QuoteBackslashTabNewlineReturnBecomeBackslashPairs) {
+    EXPECT_EQ(escaped("a\"b\\c\td\ne\rf"), "a\\\"b\\\\c\\td\\ne\\rf");
 }
 
-TEST(JsonEntries, EscapedValueLimitIs510Characters) {
-    std::string escaped;
-    EXPECT_TRUE(json_escape_value(std::string(510, 'x'), escaped));
-    EXPECT_FALSE(json_escape_value(std::string(511, 'x'), escaped));
-    // The limit counts escaped characters: 255 quotes become 510, 256 become 512.
-    EXPECT_TRUE(json_escape_value(std::string(255, '"'), escaped));
-    EXPECT_FALSE(json_escape_value(std::string(256, '"'), escaped));
-    EXPECT_FALSE(json_escape_value(std::string(250, '\\') + std::string(11, 'x'), escaped));
+TEST(JsonEntries, ControlBytesBecomeLowerCaseUnicodeEscapes) {
+    EXPECT_EQ(escaped("\x01"), "\\u0001");
+    EXPECT_EQ(escaped("\x1b[0m"), "\\u001b[0m");
+    EXPECT_EQ(escaped("a\x1f"
+                      "b"),
+              "a\\u001fb");
+    // A NUL inside the value is a byte like any other.
+    EXPECT_EQ(escaped(std::string_view("x\0y", 3)), "x\\u0000y");
 }
 
-TEST(JsonEntries, TextEntryWithTooLongValueFailsAndLeavesTheText) {
+TEST(JsonEntries, EveryByteBelow32IsEscaped) {
+    for (int b = 0; b < 32; ++b) {
+        const char byte = static_cast<char>(b);
+        std::string expected = unicode_escape(b);
+        if (b == '\t') expected = "\\t";
+        if (b == '\n') expected = "\\n";
+        if (b == '\r') expected = "\\r";
+        EXPECT_EQ(escaped(std::string_view(&byte, 1)), expected) << "byte " << b;
+    }
+}
+
+TEST(JsonEntries, DeleteSlashAndBytesAbove127PassUnchanged) {
+    EXPECT_EQ(escaped("\x7f/"), "\x7f/");
+    const std::string utf8 = "Gr\xc3\xbc\xc3\x9f"
+                             "e \xe2\x80\x93 \xe9\x9f\xb3 \xf0\x9f\x98\x80";
+    EXPECT_EQ(escaped(utf8), utf8);
+    std::string high;
+    for (int b = 128; b < 256; ++b)
+        high += static_cast<char>(b);
+    EXPECT_EQ(escaped(high), high);
+}
+
+// The value escape and the byte rule that TextBuffer's JSON escape shares agree on every byte.
+TEST(JsonEntries, ValueEscapeFollowsTheSharedByteRule) {
+    for (int b = 0; b < 256; ++b) {
+        const char byte = static_cast<char>(b);
+        const std::string_view rule = json_escaped_byte(static_cast<unsigned char>(b));
+        const std::string expected = rule.empty() ? std::string(1, byte) : std::string(rule);
+        EXPECT_EQ(escaped(std::string_view(&byte, 1)), expected) << "byte " << b;
+        const bool passes = b >= 32 && b != '"' && b != '\\';
+        EXPECT_EQ(rule.empty(), passes) << "byte " << b;
+    }
+}
+
+TEST(JsonEntries, LongValuesAreEscapedWhole) {
+    EXPECT_EQ(escaped(std::string(5000, 'x')), std::string(5000, 'x'));
+    EXPECT_EQ(escaped(std::string(5000, '"')).size(), 10000u);
+    std::string controls;
+    for (int i = 0; i < 1000; ++i)
+        controls += '\x1b';
+    std::string expected;
+    for (int i = 0; i < 1000; ++i)
+        expected += "\\u001b";
+    EXPECT_EQ(escaped(controls), expected);
+}
+
+TEST(JsonEntries, LongTextEntryIsWrittenWhole) {
+    // Every backslash doubles: the escaped value is 10,000 characters.
+    const std::string value(5000, '\\');
     FlatJson json = opened();
-    EXPECT_TRUE(json_text(json, "k", std::string(510, 'v')));
-    const std::string before = json.text;
-    EXPECT_FALSE(json_text(json, "k", std::string(256, '\\')));
-    EXPECT_EQ(json.text, before);
+    ASSERT_TRUE(json_text(json, "path", value));
+    ASSERT_TRUE(json_text(json, "next", "n"));
+    EXPECT_EQ(json.text,
+              "{\n    \"path\": \"" + std::string(10000, '\\') + "\",\n    \"next\": \"n\",\n");
 }
 
-TEST(JsonEntries, TextLineBufferHolds599Characters) {
-    // 4 blanks, 2 quotes, key, '"', ':', ' ', 2 quotes, value, ',' and '\n' = 12 + key + value.
-    const std::string value(510, 'v');
-    const std::string fits_key(599 - 12 - 510, 'k');
+TEST(JsonEntries, LongKeysAreWrittenWhole) {
+    const std::string key(2000, 'k');
     FlatJson json = opened();
-    ASSERT_TRUE(json_text(json, fits_key.c_str(), value));
-    EXPECT_EQ(json.text.size(), 2u + 599u);
-    EXPECT_FALSE(json_text(json, (fits_key + "k").c_str(), value));
-    EXPECT_EQ(json.text.size(), 2u + 599u);
+    ASSERT_TRUE(json_int(json, key.c_str(), 7));
+    ASSERT_TRUE(json_long(json, key.c_str(), 8));
+    ASSERT_TRUE(json_real(json, key.c_str(), 1e200, EntryEnd::last));
+    EXPECT_EQ(json.text, "{\n    \"" + key + "\": 7,\n    \"" + key + "\": 8,\n    \"" + key +
+                             "\": " + std::to_string(1e200) + "\n");
 }
 
-TEST(JsonEntries, IntegerLineBufferHolds127Characters) {
-    // 4 blanks, 2 quotes, ':', ' ', value, ',' and '\n': 10 + key + digits.
-    const std::string fits_key(127 - 10 - 1, 'k');
+TEST(JsonEntries, GuardTurnsExhaustedMemoryIntoFalse) {
+    EXPECT_TRUE(json_guard_memory([] { return true; }));
+    EXPECT_FALSE(json_guard_memory([] { return false; }));
+    EXPECT_FALSE(json_guard_memory([]() -> bool { throw std::bad_alloc(); }));
+    // A size past what a string can hold throws std::length_error before anything is allocated.
+    EXPECT_FALSE(json_guard_memory([] {
+        std::string text;
+        text.reserve(text.max_size() + 1);
+        return true;
+    }));
+}
+
+TEST(JsonEntries, ObjectFarBeyond64KiBIsComplete) {
     FlatJson json = opened();
-    ASSERT_TRUE(json_int(json, fits_key.c_str(), 7));
-    ASSERT_TRUE(json_long(json, fits_key.c_str(), 7));
-    EXPECT_FALSE(json_int(json, fits_key.c_str(), 17));
-    EXPECT_FALSE(json_long(json, fits_key.c_str(), 17));
-    EXPECT_EQ(json.text.size(), 2u + 2u * 127u);
-}
-
-TEST(JsonEntries, RealLineBufferHolds159Characters) {
-    // "1.000000" is 8 characters: 10 + key + 8 = 159.
-    const std::string fits_key(159 - 10 - 8, 'k');
-    FlatJson json = opened();
-    ASSERT_TRUE(json_real(json, fits_key.c_str(), 1.0));
-    EXPECT_FALSE(json_real(json, fits_key.c_str(), 10.0));
-    // A huge finite value does not fit the line either.
-    EXPECT_FALSE(json_real(json, "k", 1e200));
-    EXPECT_EQ(json.text.size(), 2u + 159u);
-}
-
-TEST(JsonEntries, AnEntryThatWouldReachTheEndFails) {
-    const std::string line = "    \"a\": 1,\n"; // 12 characters after "{\n"
-    FlatJson fits = opened(2 + line.size() + 1);
-    EXPECT_TRUE(json_int(fits, "a", 1));
-    EXPECT_EQ(fits.text, "{\n" + line);
-
-    FlatJson full = opened(2 + line.size());
-    EXPECT_FALSE(json_int(full, "a", 1));
-    EXPECT_EQ(full.text, "{\n");
-}
-
-TEST(JsonEntries, CloseAlsoNeedsRoom) {
-    // After the comma is removed the text is "{\n    \"a\": 1\n" (13 characters); "}\n" makes 15.
-    FlatJson fits = opened(16);
-    ASSERT_TRUE(json_int(fits, "a", 1));
-    EXPECT_TRUE(json_close(fits));
-    EXPECT_EQ(fits.text, "{\n    \"a\": 1\n}\n");
-
-    FlatJson full = opened(15);
-    ASSERT_TRUE(json_int(full, "a", 1));
-    EXPECT_FALSE(json_close(full));
-}
-
-TEST(JsonEntries, OpenFailsWithoutRoomForTheBrace) {
-    FlatJson json;
-    EXPECT_FALSE(json_open(json, 2));
-    EXPECT_TRUE(json_open(json, 3));
+    for (int i = 0; i < 5000; ++i) {
+        ASSERT_TRUE(json_real(json, ("key_" + std::to_string(i)).c_str(), i + 0.5));
+    }
+    ASSERT_TRUE(json_close(json));
+    EXPECT_GT(json.text.size(), 100000u);
+    EXPECT_TRUE(json.text.starts_with("{\n    \"key_0\": 0.500000,\n"));
+    EXPECT_TRUE(json.text.ends_with(",\n    \"key_4999\": 4999.500000\n}\n"));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
 namespace {
@@ -27,7 +28,7 @@ LevelFidelityChannel measured_channel() {
 
 std::string written(const LevelFidelityResult& r) {
     FlatJson json;
-    EXPECT_TRUE(json_open(json, kResultsJsonCapacity));
+    EXPECT_TRUE(json_open(json));
     EXPECT_TRUE(write_level_fidelity_keys(json, r));
     return json.text;
 }
@@ -102,15 +103,20 @@ TEST(LevelFidelityKeys, SilentMonoPassHasNoWorstSampleKeys) {
                           "    \"levelfidelity_channel_0_longest_sustained_run_ms\": 0.000000,\n");
 }
 
-TEST(LevelFidelityKeys, StopsWhenTheBufferIsFull) {
+TEST(LevelFidelityKeys, StopsAtTheFirstEntryThatFails) {
     LevelFidelityResult r;
     r.channels = 2;
     r.channel[0] = measured_channel();
     r.channel[1] = measured_channel();
+    const std::string full = written(r);
+    const std::size_t failing = full.find("    \"levelfidelity_channel_1_mad_db\"");
+    ASSERT_NE(failing, std::string::npos);
+    // A NaN statistic fails its entry; the entries before it stay and none after it is written.
+    r.channel[1].mad_db = std::numeric_limits<double>::quiet_NaN();
     FlatJson json;
-    ASSERT_TRUE(json_open(json, 400));
+    ASSERT_TRUE(json_open(json));
     EXPECT_FALSE(write_level_fidelity_keys(json, r));
-    EXPECT_LT(json.text.size(), 400u);
+    EXPECT_EQ(json.text, full.substr(0, failing));
 }
 
 } // namespace

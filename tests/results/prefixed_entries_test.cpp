@@ -7,7 +7,7 @@ namespace {
 
 TEST(PrefixedEntries, WriteEachKindUnderTheJoinedKey) {
     FlatJson json;
-    ASSERT_TRUE(json_open(json, kResultsJsonCapacity));
+    ASSERT_TRUE(json_open(json));
     EXPECT_TRUE(json_prefixed_flag(json, "x_channel_1_", "gated", true));
     EXPECT_TRUE(json_prefixed_count(json, "x_channel_1_", "frames", 4294967296u));
     EXPECT_TRUE(json_prefixed_real(json, "x_", "ratio", -0.5));

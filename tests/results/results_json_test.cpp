@@ -1,5 +1,7 @@
 #include "results/results_json.h"
 
+#include "support/python_json.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -50,6 +52,37 @@ RunResults stereo_results() {
     results.overall.gating_failure_count = 2;
     results.overall.machine_list = "length_mismatch,spectral";
     results.overall.readable_list = "Length Mismatch, Spectral Fidelity";
+    return results;
+}
+
+// `results` with every check marked as run (their measurements left at zero) and `snapshots`
+// spectral snapshots, one a second.
+RunResults every_check_ran(RunResults results, std::size_t snapshots) {
+    results.bit_exact.ran = true;
+    results.bit_accuracy.ran = true;
+    results.level_fidelity.ran = true;
+    results.artifact.ran = true;
+    results.spectral.ran = true;
+    results.distortion.ran = true;
+    results.loudness.ran = true;
+    results.time_domain.ran = true;
+    results.impulse_template.ran = true;
+    const std::uint32_t channels = results.ref.channels;
+    results.level_fidelity.result.channels = channels;
+    results.artifact.result.channels = channels;
+    results.distortion.result.channels = channels;
+    results.time_domain.result.channels = channels;
+    results.impulse_template.result.channels = channels;
+    SpectralOutcome& spectral = results.spectral.result;
+    spectral.snapshot_mode = true;
+    spectral.snapshots.channels = channels;
+    for (std::size_t i = 0; i < snapshots; ++i) {
+        SpectralSnapshot snapshot;
+        snapshot.time_sec = static_cast<double>(i) + 0.5;
+        snapshot.channel[0].bins_compared = 4096;
+        snapshot.channel[1].bins_compared = 4096;
+        spectral.snapshots.snapshots.push_back(snapshot);
+    }
     return results;
 }
 
@@ -156,16 +189,53 @@ TEST(ResultsJson, PathsWithQuoteAndBackslashAreEscaped) {
     EXPECT_NE(json.find("    \"dut_file\": \"tab\\there\",\n"), std::string::npos);
 }
 
-TEST(ResultsJson, PathOver510EscapedCharactersFails) {
+TEST(ResultsJson, LongPathsAreWrittenWholeAndEscaped) {
     RunResults results = mono_results();
-    // 300 characters, of which 211 backslashes: 511 escaped characters.
-    results.dut.path = std::string(211, '\\') + std::string(89, 'x');
-    std::string json = "stale";
-    EXPECT_FALSE(build_results_json(results, json));
-    EXPECT_EQ(json, "");
+    // 5,000 characters, 2,000 of them backslashes that double when escaped.
+    results.ref.path = std::string(3000, 'r') + std::string(2000, '\\');
+    results.dut.path = std::string(5000, 'd');
+    std::string json;
+    ASSERT_TRUE(build_results_json(results, json));
+    EXPECT_NE(json.find("    \"ref_file\": \"" + std::string(3000, 'r') + std::string(4000, '\\') +
+                        "\",\n    \"dut_file\": \"" + results.dut.path + "\",\n"),
+              std::string::npos);
+}
 
-    results.dut.path = std::string(210, '\\') + std::string(90, 'x'); // exactly 510
-    EXPECT_TRUE(build_results_json(results, json));
+TEST(ResultsJson, ControlBytesInPathsBecomeUnicodeEscapes) {
+    RunResults results = mono_results();
+    results.ref.path = "in/\x01take\x1b[0m\x1f.wav";
+    results.dut.path = "out/\x7f caf\xc3\xa9\t.wav";
+    std::string json;
+    ASSERT_TRUE(build_results_json(results, json));
+    EXPECT_NE(json.find("    \"ref_file\": \"in/\\u0001take\\u001b[0m\\u001f.wav\",\n"),
+              std::string::npos);
+    EXPECT_NE(json.find("    \"dut_file\": \"out/\x7f caf\xc3\xa9\\t.wav\",\n"), std::string::npos);
+}
+
+// Every check's block, with a spectral snapshot form of 300 snapshots per channel: far more than
+// the 64 KiB the text was once limited to.
+TEST(ResultsJson, TextWellOver64KiBIsBuilt) {
+    RunResults results = every_check_ran(stereo_results(), 300);
+    std::string json;
+    ASSERT_TRUE(build_results_json(results, json));
+    EXPECT_GT(json.size(), 200000u);
+    EXPECT_TRUE(json.ends_with("    \"impulse_template_channel_1_total_fails\": 0\n}\n"));
+    EXPECT_NE(json.find("    \"spectral_channel_1_snapshot_299_time_sec\": 299.500000,\n"),
+              std::string::npos);
+}
+
+// The text parses with a strict JSON parser, which refuses raw control bytes and trailing commas,
+// and gives every path back byte for byte.
+TEST(ResultsJson, StrictParserReadsEveryPathBack) {
+    RunResults results = every_check_ran(stereo_results(), 3);
+    results.ref.path = awkward_path(1000);
+    results.dut.path = "\x01\x1b\x7f";
+    std::string json;
+    ASSERT_TRUE(build_results_json(results, json));
+    const PythonJson parsed = python_json(json, {"ref_file", "dut_file", "status"});
+    ASSERT_TRUE(parsed.parsed) << parsed.error;
+    EXPECT_EQ(parsed.values,
+              (std::vector<std::string>{results.ref.path, results.dut.path, "analyzed"}));
 }
 
 TEST(ResultsJson, LastEntryBeforeTheBraceHasNoComma) {
@@ -189,6 +259,11 @@ TEST(ResultsJson, NonFiniteMeasurementFailsTheBuild) {
     std::string json;
     EXPECT_FALSE(build_results_json(results, json));
     EXPECT_EQ(json, "");
+    std::string refused_key = "stale";
+    EXPECT_FALSE(build_results_json(results, json, &refused_key));
+    EXPECT_EQ(refused_key, "length_mismatch_ref_uncovered_pct");
+    EXPECT_TRUE(build_results_json(mono_results(), json, &refused_key));
+    EXPECT_EQ(refused_key, "");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 
 namespace {
@@ -28,7 +29,7 @@ SpectralChannelResult measured_channel() {
 
 std::string written(const SpectralOutcome& outcome) {
     FlatJson json;
-    EXPECT_TRUE(json_open(json, kResultsJsonCapacity));
+    EXPECT_TRUE(json_open(json));
     EXPECT_TRUE(write_spectral_keys(json, outcome));
     return json.text;
 }
@@ -146,13 +147,20 @@ TEST(SpectralKeys, InsufficientSnapshotRunHasNoSnapshotKeys) {
                                 "    \"spectral_snapshot_count\": 0,\n");
 }
 
-TEST(SpectralKeys, StopsAtTheFirstEntryThatDoesNotFit) {
+TEST(SpectralKeys, StopsAtTheFirstEntryThatFails) {
     SpectralOutcome outcome;
     outcome.scan.channels = 2;
+    outcome.scan.channel[0] = measured_channel();
+    outcome.scan.channel[1] = measured_channel();
+    const std::string full = written(outcome);
+    const std::size_t failing = full.find("    \"spectral_channel_1_p95_ratio\"");
+    ASSERT_NE(failing, std::string::npos);
+    // A NaN percentile fails its entry; the entries before it stay and none after it is written.
+    outcome.scan.channel[1].p95_ratio = std::numeric_limits<double>::quiet_NaN();
     FlatJson json;
-    ASSERT_TRUE(json_open(json, 200));
+    ASSERT_TRUE(json_open(json));
     EXPECT_FALSE(write_spectral_keys(json, outcome));
-    EXPECT_LT(json.text.size(), 200u);
+    EXPECT_EQ(json.text, full.substr(0, failing));
 }
 
 } // namespace

@@ -1,10 +1,14 @@
-// The trim report: key order and formats with and without repetition checks, and a path too long
-// for the report's buffer.
+// The trim report: key order and formats with and without repetition checks, long paths, escaped
+// control bytes and a strict parse of the result.
 #include "results/trim_report.h"
+
+#include "support/python_json.h"
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -53,12 +57,37 @@ TEST(TrimReport, RepetitionKeysOnlyWhenChecksWereMade) {
               std::string::npos);
 }
 
-TEST(TrimReport, PathTooLongForAnEntryFails) {
+TEST(TrimReport, LongPathIsWrittenWhole) {
+    const std::string path = std::string(4000, 'a') + std::string(1000, '\\');
+    std::string json;
+    ASSERT_TRUE(build_trim_report_json(path.c_str(), found_points(), json));
+    EXPECT_TRUE(json.starts_with("{\n    \"input_file\": \"" + std::string(4000, 'a') +
+                                 std::string(2000, '\\') + "\",\n    \"leading_sample_offset\""));
+    EXPECT_TRUE(json.ends_with("    \"trim_point\": 1234567\n}\n"));
+}
+
+TEST(TrimReport, ControlBytesInThePathBecomeUnicodeEscapes) {
+    std::string json;
+    ASSERT_TRUE(build_trim_report_json("cap\x01\x1b\x1f\x7f.wav", found_points(), json));
+    EXPECT_TRUE(json.starts_with("{\n    \"input_file\": \"cap\\u0001\\u001b\\u001f\x7f.wav\",\n"));
+}
+
+TEST(TrimReport, NonFiniteMeasurementFailsTheReport) {
+    TrimPoints points = found_points();
+    points.trailing.psr = std::numeric_limits<double>::infinity();
     std::string json = "old";
-    EXPECT_FALSE(build_trim_report_json(std::string(600, 'a').c_str(), found_points(), json));
+    EXPECT_FALSE(build_trim_report_json("a.wav", points, json));
     EXPECT_EQ(json, "");
-    EXPECT_TRUE(build_trim_report_json(std::string(510, 'a').c_str(), found_points(), json));
-    EXPECT_LT(json.size(), 2048u);
+}
+
+// The report parses with a strict JSON parser and gives the path back byte for byte.
+TEST(TrimReport, StrictParserReadsThePathBack) {
+    const std::string path = awkward_path(1000);
+    std::string json;
+    ASSERT_TRUE(build_trim_report_json(path.c_str(), found_points(), json));
+    const PythonJson parsed = python_json(json, {"input_file"});
+    ASSERT_TRUE(parsed.parsed) << parsed.error;
+    EXPECT_EQ(parsed.values, std::vector<std::string>{path});
 }
 
 } // namespace
