@@ -56,7 +56,10 @@ int main(int argc, char** argv) {
     const TempDir dir;
     const std::string path = dir.file("report.html");
     const double start = now_seconds();
-    const bool written = write_analyze_report(path, {results, ref, dut, json});
+    FileReplacement file;
+    const bool written = replacement_open(path, file) &&
+                         write_analyze_report(file, {results, ref, dut, json}) &&
+                         replacement_commit(file);
     const double seconds = now_seconds() - start;
     struct stat info {};
     if (!written || ::stat(path.c_str(), &info) != 0) return 1;

@@ -7,6 +7,7 @@
 
 #include "audio/decibels.h"
 #include "audio/file_replacement.h"
+#include "audio/output_set.h"
 #include "audio/overlap.h"
 #include "audio/wav_file.h"
 #include "audio/wav_reader.h"

@@ -70,6 +70,7 @@ bool open_in_place(FileReplacement& file) {
 } // namespace
 
 bool replacement_open(const std::string& path, FileReplacement& file, bool allow_unnamed) {
+    file.path = path;
     file.target = path;
     struct stat info {};
     if (::stat(path.c_str(), &info) == 0) {
@@ -81,7 +82,7 @@ bool replacement_open(const std::string& path, FileReplacement& file, bool allow
         if (file.target.empty()) return false;
     }
     if (allow_unnamed)
-        file.fd = ::open(folder_of(path).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+        file.fd = ::open(folder_of(file.target).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
     if (file.fd >= 0) {
         file.unnamed = true;
         return true;
@@ -103,12 +104,11 @@ bool replacement_write(FileReplacement& file, std::span<const std::uint8_t> byte
     return true;
 }
 
-bool replacement_commit(FileReplacement& file) {
-    if (file.in_place && file.fd >= 0) {
-        const bool closed = ::close(file.fd) == 0;
-        file.fd = -1;
-        return closed && !file.failed;
-    }
+bool replacement_write_text(FileReplacement& file, std::string_view text) {
+    return replacement_write(file, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+}
+
+bool replacement_seal(FileReplacement& file) {
     if (file.fd < 0 || file.failed || (file.unnamed && !name_unnamed(file))) {
         replacement_abandon(file);
         return false;
@@ -116,12 +116,23 @@ bool replacement_commit(FileReplacement& file) {
     const int fd = file.fd;
     file.fd = -1;
     // close reports write errors that the file system kept back until now.
-    if (::close(fd) != 0 || std::rename(file.temp.c_str(), file.target.c_str()) != 0) {
+    if (::close(fd) == 0) return true;
+    replacement_abandon(file);
+    return false;
+}
+
+bool replacement_place(FileReplacement& file) {
+    if (file.in_place) return true;
+    if (file.temp.empty() || std::rename(file.temp.c_str(), file.target.c_str()) != 0) {
         replacement_abandon(file);
         return false;
     }
     file.temp.clear();
     return true;
+}
+
+bool replacement_commit(FileReplacement& file) {
+    return replacement_seal(file) && replacement_place(file);
 }
 
 void replacement_abandon(FileReplacement& file) {
@@ -134,7 +145,6 @@ void replacement_abandon(FileReplacement& file) {
 bool write_file_atomically(const std::string& path, std::string_view content) {
     FileReplacement file;
     if (!replacement_open(path, file)) return false;
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(content.data());
-    replacement_write(file, {bytes, content.size()});
+    replacement_write_text(file, content);
     return replacement_commit(file);
 }

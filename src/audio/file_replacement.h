@@ -19,7 +19,8 @@ void replacement_abandon(FileReplacement& file);
 
 // One file being written; abandoned when it goes out of scope uncommitted.
 struct FileReplacement {
-    std::string target;    // the path the file takes once committed
+    std::string path;      // the path as the caller named it
+    std::string target;    // the file it names, a symbolic link followed: replaced on commit
     std::string temp;      // its temporary name: given on commit, or at once where the folder
                            // cannot hold a nameless file
     int fd = -1;           // open for writing until committed or abandoned
@@ -41,10 +42,17 @@ bool replacement_open(const std::string& path, FileReplacement& file, bool allow
 
 // Appends bytes; a short or failed write marks the replacement failed and returns false.
 bool replacement_write(FileReplacement& file, std::span<const std::uint8_t> bytes);
+bool replacement_write_text(FileReplacement& file, std::string_view text);
 
 // Closes the file and gives it the target's name, replacing whatever held it. False (and nothing
 // changed at the target) when any write failed or the file cannot be put in place.
 bool replacement_commit(FileReplacement& file);
+
+// The two steps of a commit, for putting several files in place together: sealing closes the
+// finished file under its temporary name (false, and the file abandoned, when a write failed);
+// placing renames it over the target.
+bool replacement_seal(FileReplacement& file);
+bool replacement_place(FileReplacement& file);
 
 // Opens, writes `content` and commits in one call.
 bool write_file_atomically(const std::string& path, std::string_view content);

@@ -17,6 +17,7 @@ constexpr std::size_t kBlockBytes = 32768;
 
 struct WriteRequest {
     const char* path = nullptr;
+    FileReplacement* into = nullptr; // a file the caller opened and puts in place; else own file
     WavHeaderFields fields;
     std::span<const double> samples; // exactly frames * channels values
 };
@@ -62,15 +63,18 @@ bool write_kept_pieces(FileReplacement& file, std::span<const std::uint8_t> extr
 }
 
 // Writes the header in one write, then the samples, then the chunks that follow them
-// (`write_tail`), into a new file that replaces `request.path` only once it is complete.
+// (`write_tail`): into the caller's file, or into a new file that replaces `request.path` only
+// once it is complete.
 template <typename WriteTail>
 bool write_file(const WriteRequest& request, const WavHeader& header, WriteTail write_tail) {
+    const auto write_all = [&](FileReplacement& file) {
+        return replacement_write(file,
+                                 std::span<const std::uint8_t>(header.bytes).first(header.size)) &&
+               write_samples(file, request.samples, request.fields.format) && write_tail(file);
+    };
+    if (request.into != nullptr) return write_all(*request.into);
     FileReplacement file;
-    if (!replacement_open(request.path, file)) return false;
-    const bool written =
-        replacement_write(file, std::span<const std::uint8_t>(header.bytes).first(header.size)) &&
-        write_samples(file, request.samples, request.fields.format) && write_tail(file);
-    return written && replacement_commit(file);
+    return replacement_open(request.path, file) && write_all(file) && replacement_commit(file);
 }
 
 bool write_int(WriteRequest& request, std::span<const std::uint8_t> extra) {
@@ -81,18 +85,8 @@ bool write_int(WriteRequest& request, std::span<const std::uint8_t> extra) {
                       [extra](FileReplacement& file) { return replacement_write(file, extra); });
 }
 
-} // namespace
-
-bool wav_write_float(const char* path, std::uint32_t rate, std::uint32_t channels,
-                     std::uint32_t format, bool extensible, std::uint32_t channel_mask,
-                     std::span<const double> samples, std::size_t frames,
-                     std::span<const std::uint8_t> extra) {
-    // The float writer refuses the integer codes like any other code it cannot write.
-    WriteRequest request;
-    if (!wav_format_is_float(format) ||
-        !prepare(path, rate, channels, format, samples, frames, request)) {
-        return false;
-    }
+bool write_float(WriteRequest& request, bool extensible, std::uint32_t channel_mask,
+                 std::span<const std::uint8_t> extra) {
     request.fields.extensible = extensible;
     request.fields.channel_mask = channel_mask;
     request.fields.extra_bytes = wav_kept_pieces_length(extra);
@@ -102,15 +96,38 @@ bool wav_write_float(const char* path, std::uint32_t rate, std::uint32_t channel
                       [extra](FileReplacement& file) { return write_kept_pieces(file, extra); });
 }
 
+bool write_plain(WriteRequest& request, std::span<const std::uint8_t> extra) {
+    return wav_format_is_float(request.fields.format) ? write_float(request, false, 0, extra)
+                                                      : write_int(request, extra);
+}
+
+} // namespace
+
+bool wav_write_float(const char* path, std::uint32_t rate, std::uint32_t channels,
+                     std::uint32_t format, bool extensible, std::uint32_t channel_mask,
+                     std::span<const double> samples, std::size_t frames,
+                     std::span<const std::uint8_t> extra) {
+    // The float writer refuses the integer codes like any other code it cannot write.
+    WriteRequest request;
+    return wav_format_is_float(format) &&
+           prepare(path, rate, channels, format, samples, frames, request) &&
+           write_float(request, extensible, channel_mask, extra);
+}
+
 bool wav_write_with_extra(const char* path, std::uint32_t rate, std::uint32_t channels,
                           std::uint32_t format, std::span<const double> samples, std::size_t frames,
                           std::span<const std::uint8_t> extra) {
-    if (wav_format_is_float(format)) {
-        return wav_write_float(path, rate, channels, format, false, 0, samples, frames, extra);
-    }
     WriteRequest request;
     return prepare(path, rate, channels, format, samples, frames, request) &&
-           write_int(request, extra);
+           write_plain(request, extra);
+}
+
+bool wav_write_into(FileReplacement& file, std::uint32_t rate, std::uint32_t channels,
+                    std::uint32_t format, std::span<const double> samples, std::size_t frames) {
+    WriteRequest request;
+    request.into = &file;
+    return prepare(file.target.c_str(), rate, channels, format, samples, frames, request) &&
+           write_plain(request, {});
 }
 
 bool wav_write(const char* path, std::uint32_t rate, std::uint32_t channels, std::uint32_t format,

@@ -6,6 +6,8 @@
 // file.
 #pragma once
 
+#include "audio/file_replacement.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -14,6 +16,11 @@
 // float formats.
 bool wav_write(const char* path, std::uint32_t rate, std::uint32_t channels, std::uint32_t format,
                std::span<const double> samples, std::size_t frames);
+
+// As wav_write, into a file the caller opened (for example as one of an output set) and puts in
+// place itself.
+bool wav_write_into(FileReplacement& file, std::uint32_t rate, std::uint32_t channels,
+                    std::uint32_t format, std::span<const double> samples, std::size_t frames);
 
 // As wav_write, followed by extra chunk bytes (for example a WavFile's extra_chunks). The span
 // carries both the bytes and their length, so a length without bytes cannot be passed. Integer

@@ -1,7 +1,6 @@
 #include "cli/analyze_pipeline.h"
 
 #include "align/align.h"
-#include "audio/file_replacement.h"
 #include "audio/overlap.h"
 #include "audio/wav_file.h"
 #include "cli/analysis_checks.h"
@@ -9,6 +8,7 @@
 #include "cli/comparison_error.h"
 #include "cli/output_paths.h"
 #include "cli/overall_verdict.h"
+#include "cli/report_files.h"
 #include "report/analyze_report.h"
 #include "results/results_json.h"
 
@@ -78,24 +78,33 @@ bool resolve_run_settings(const AnalyzeOptions& options, const AnalyzeSettingsFi
     return true;
 }
 
-// Writes the HTML report and, with --json, the JSON file, then prints the summary line naming
-// them.
+// Writes the HTML report and the JSON text into the opened files; false with the line naming the
+// file that failed.
+bool write_report_files(ReportFiles& files, const ReportInputs& inputs, std::string& message) {
+    if (!write_analyze_report(*files.html, inputs)) {
+        message = "error: failed to write '" + files.html->path + "'\n";
+        return false;
+    }
+    if (files.json != nullptr && !replacement_write_text(*files.json, inputs.json_text)) {
+        message = "error: failed to write '" + files.json->path + "'\n";
+        return false;
+    }
+    return commit_report_files(files, message);
+}
+
+// Writes the HTML report and, with --json, the JSON file as one set, then prints the summary line
+// naming them.
 bool write_outputs(const AnalyzeOptions& options, const OutputPaths& paths,
                    const RunResults& results, const WavPair& wavs, const std::string& json) {
+    ReportFiles files;
     std::string message;
-    if (!create_output_directory(paths, message)) {
+    if (!open_report_files(paths, files, message)) {
         std::fputs(message.c_str(), stderr);
-        std::fprintf(stderr, "error: could not resolve output path from --out '%s'\n",
-                     options.out_path);
         return false;
     }
     status_line(options, "Writing report...");
-    if (!write_analyze_report(paths.html_path, {results, wavs.ref, wavs.dut, json})) {
-        std::fprintf(stderr, "error: failed to write '%s'\n", paths.html_path.c_str());
-        return false;
-    }
-    if (options.json && !write_file_atomically(paths.json_path, json)) {
-        std::fprintf(stderr, "error: failed to write '%s'\n", paths.json_path.c_str());
+    if (!write_report_files(files, {results, wavs.ref, wavs.dut, json}, message)) {
+        std::fputs(message.c_str(), stderr);
         return false;
     }
     const std::string summary = overall_summary_line(results.overall);
@@ -135,8 +144,13 @@ int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
     run_analysis_checks(wavs.ref, wavs.dut, results);
     results.overall = compute_overall_verdict(gating_inputs(results));
     std::string json;
-    if (!build_results_json(results, json)) {
-        std::fputs("error: internal -- results JSON exceeded buffer size\n", stderr);
+    std::string refused_key;
+    if (!build_results_json(results, json, &refused_key)) {
+        if (refused_key.empty())
+            std::fputs("error: out of memory building the results JSON\n", stderr);
+        else
+            std::fprintf(stderr, "error: internal -- measurement '%s' is not a finite number\n",
+                         refused_key.c_str());
         return 1;
     }
     if (!write_outputs(options, context.paths, results, wavs, json)) return 1;

@@ -1,29 +1,43 @@
 #include "cli/error_report.h"
 
-#include "audio/file_replacement.h"
-#include "cli/output_paths.h"
+#include "cli/report_files.h"
 #include "report/plot_page.h"
 #include "results/results_json.h"
 
 #include <cstdio>
 
-void write_error_report(const RunContext& context) {
-    const OutputPaths& paths = context.paths;
-    std::string ignored;
-    if (!create_output_directory(paths, ignored)) return;
-    if (!write_error_page(paths.html_path, context.ref_path, context.dut_path,
+namespace {
+
+bool write_error_files(const RunContext& context, ReportFiles& files) {
+    if (!write_error_page(*files.html, context.ref_path, context.dut_path,
                           context.error_text.c_str())) {
-        std::fprintf(stderr, "warning: could not write the error report '%s'\n",
-                     paths.html_path.c_str());
-        return;
+        files.failed = context.paths.html_path;
+        return false;
     }
     std::string json;
-    if (context.json &&
+    if (files.json != nullptr &&
         (!build_error_json(context.error_text, context.ref_path, context.dut_path, json) ||
-         !write_file_atomically(paths.json_path, json))) {
-        std::fprintf(stderr, "warning: could not write the error report '%s'\n",
-                     paths.json_path.c_str());
+         !replacement_write_text(*files.json, json))) {
+        files.failed = context.paths.json_path;
+        return false;
+    }
+    std::string ignored;
+    return commit_report_files(files, ignored);
+}
+
+} // namespace
+
+void write_error_report(const RunContext& context) {
+    ReportFiles files;
+    std::string ignored;
+    if (open_report_files(context.paths, files, ignored) && write_error_files(context, files)) {
+        std::fprintf(stderr, "wrote an error report to %s (overall: ERROR)\n",
+                     context.paths.html_path.c_str());
         return;
     }
-    std::fprintf(stderr, "wrote an error report to %s (overall: ERROR)\n", paths.html_path.c_str());
+    // The page and its JSON are one set: either both were written or neither was.
+    std::fprintf(stderr, "warning: could not write the error report '%s'%s\n", files.failed.c_str(),
+                 files.json != nullptr || context.json
+                     ? " (neither the page nor its JSON was written)"
+                     : "");
 }

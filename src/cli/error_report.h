@@ -3,7 +3,7 @@
 
 #include "cli/run_context.h"
 
-// Writes what this build has of the ERROR report (the ERROR results JSON, with --json) beside
-// where the normal report would go, and says so on standard error. Failures to resolve the
-// output path end silently; a failed write is a warning. The run's status stays 1 either way.
+// Writes the ERROR page and, with --json, the ERROR results JSON where the normal report would
+// go, as one set: both are written or neither is. Says which on standard error ("wrote an error
+// report to ..." or a warning naming what failed). The run's status stays 1 either way.
 void write_error_report(const RunContext& context);

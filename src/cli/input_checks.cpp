@@ -21,9 +21,13 @@ bool read_input(const char* path, const char* option, WavFile& file, std::string
 }
 
 bool read_tool_input(const char* path, WavFile& file) {
-    if (wav_read(path, file)) return true;
-    std::fprintf(stderr, "error: failed to read --input '%s' (%s)\n", path, wav_error_text());
-    return false;
+    if (!wav_read(path, file)) {
+        std::fprintf(stderr, "error: failed to read --input '%s' (%s)\n", path, wav_error_text());
+        return false;
+    }
+    std::string error_text;
+    const bool rate = rate_supported(file, "--input", error_text);
+    return channels_supported(file, "--input", error_text) && rate;
 }
 
 bool rate_supported(const WavFile& file, const char* option, std::string& error_text) {

@@ -2,8 +2,8 @@
 #include "cli/commands.h"
 #include "cli/defaults_lookup.h"
 #include "cli/input_checks.h"
-#include "cli/output_guard.h"
 #include "cli/output_paths.h"
+#include "cli/report_files.h"
 #include "report/plot_page.h"
 
 #include <cstdio>
@@ -19,51 +19,27 @@ std::size_t plot_fft_size(const DefaultsFileSettings& defaults, const WavFile& f
     return default_fft_size(file.sample_rate, file.frames);
 }
 
-// Reads the input and checks its format; every problem is printed as it is found.
-bool read_plot_input(const PlotOptions& options, WavFile& file) {
-    if (!read_tool_input(options.input_path, file)) return false;
-    std::string error_text;
-    const bool rate = rate_supported(file, "--input", error_text);
-    return channels_supported(file, "--input", error_text) && rate; // both are told at once
-}
-
-// Plans the page and JSON paths and refuses a run that would write over its input, before any
-// work; the reason is printed.
-bool plan_plot_outputs(const PlotOptions& options, OutputPaths& paths) {
-    if (!plan_output_paths(options.out_path, options.input_path, options.json, paths)) {
-        std::fprintf(stderr, "error: could not resolve output path from --out '%s'\n",
-                     options.out_path);
-        return false;
-    }
-    std::vector<RunPath> outputs{{paths.html_path, "--out"}};
-    if (options.json) outputs.push_back({paths.json_path, "--json"});
-    return run_outputs_allowed(outputs, {{options.input_path, "--input file"}}, nullptr,
-                               options.defaults_path);
-}
-
+// Writes the page and, with --json, its JSON file as one set.
 bool write_plot_outputs(const PlotOptions& options, const OutputPaths& paths,
                         const PlotData& plot) {
+    ReportFiles files;
     std::string message;
-    if (!create_output_directory(paths, message)) {
-        std::fputs(message.c_str(), stderr);
-        std::fprintf(stderr, "error: could not resolve output path from --out '%s'\n",
-                     options.out_path);
-        return false;
+    if (open_report_files(paths, files, message)) {
+        if (!write_plot_page(*files.html, plot)) {
+            message = "error: failed to write '" + paths.html_path + "'\n";
+        } else if (files.json != nullptr &&
+                   !write_plot_json(*files.json, options.input_path, *plot.file)) {
+            message = "error: failed to write '" + paths.json_path + "'\n";
+        } else if (commit_report_files(files, message)) {
+            if (options.json)
+                std::printf("wrote %s + %s\n", paths.html_path.c_str(), paths.json_path.c_str());
+            else
+                std::printf("wrote %s\n", paths.html_path.c_str());
+            return true;
+        }
     }
-    if (!write_plot_page(paths.html_path, plot)) {
-        std::fprintf(stderr, "error: failed to write '%s'\n", paths.html_path.c_str());
-        return false;
-    }
-    if (!options.json) {
-        std::printf("wrote %s\n", paths.html_path.c_str());
-        return true;
-    }
-    if (!write_plot_json(paths.json_path, options.input_path, *plot.file)) {
-        std::fprintf(stderr, "error: failed to write '%s'\n", paths.json_path.c_str());
-        return false;
-    }
-    std::printf("wrote %s + %s\n", paths.html_path.c_str(), paths.json_path.c_str());
-    return true;
+    std::fputs(message.c_str(), stderr);
+    return false;
 }
 
 } // namespace
@@ -72,7 +48,10 @@ int run_plot_command(std::span<char* const> args) {
     PlotOptions options;
     if (const auto status = finish_scan(scan_plot_options(args, options))) return *status;
     OutputPaths paths;
-    if (!plan_plot_outputs(options, paths)) return 1;
+    if (!plan_report_files(options.out_path, options.input_path, options.json,
+                           {{{options.input_path, "--input file"}}, nullptr, options.defaults_path},
+                           paths))
+        return 1;
     DefaultsFileSettings defaults;
     std::string message;
     if (!load_run_defaults(options.defaults_path, defaults, message)) {
@@ -80,7 +59,7 @@ int run_plot_command(std::span<char* const> args) {
         return 1;
     }
     WavFile file;
-    if (!read_plot_input(options, file)) return 1;
+    if (!read_tool_input(options.input_path, file)) return 1;
     PlotData plot;
     plot.input_path = options.input_path;
     plot.file = &file;

@@ -1,5 +1,5 @@
 #include "align/trim_points.h"
-#include "audio/file_replacement.h"
+#include "audio/output_set.h"
 #include "audio/wav_writer.h"
 #include "cli/commands.h"
 #include "cli/defaults_lookup.h"
@@ -33,11 +33,44 @@ std::size_t trim_window(const AlignmentConfig& config, const WavFile& file) {
 // The clean signal is one contiguous stretch of the interleaved samples, so it is written
 // straight from the decoded file: the output is the same as from a copy, without a second
 // buffer the size of the programme.
-bool write_clean_signal(const char* path, const WavFile& file, const TrimPoints& points) {
+bool write_clean_signal(FileReplacement& out, const WavFile& file, const TrimPoints& points) {
     const std::size_t frames = points.trim_point - points.sync_point;
     const std::span<const double> clean(file.samples.data() + points.sync_point * file.channels,
                                         frames * file.channels);
-    return wav_write(path, file.sample_rate, file.channels, file.format, clean, frames);
+    return wav_write_into(out, file.sample_rate, file.channels, file.format, clean, frames);
+}
+
+// Opens the clean-signal file and the report file before writing either, then writes both;
+// false with `failed` naming the file that could not be opened or written.
+bool write_trim_files(OutputSet& set, const TrimOptions& options, const WavFile& file,
+                      const TrimPoints& points, std::string& failed) {
+    failed = options.out_path;
+    FileReplacement* wav = output_set_open(set, options.out_path);
+    if (wav == nullptr) return false;
+    FileReplacement* report = nullptr;
+    if (options.report_path != nullptr) {
+        failed = options.report_path;
+        report = output_set_open(set, options.report_path);
+        if (report == nullptr) return false;
+    }
+    failed = options.out_path;
+    if (!write_clean_signal(*wav, file, points)) return false;
+    if (report == nullptr) return true;
+    failed = options.report_path;
+    std::string json;
+    return build_trim_report_json(options.input_path, points, json) &&
+           replacement_write_text(*report, json);
+}
+
+// The clean signal and, with --report, the JSON report are one set: both are put in place or
+// neither is. Prints the line naming the file that failed.
+bool write_trim_outputs(const TrimOptions& options, const WavFile& file, const TrimPoints& points) {
+    OutputSet set;
+    std::string failed;
+    if (write_trim_files(set, options, file, points, failed) && output_set_commit(set, failed))
+        return true;
+    std::fprintf(stderr, "error: failed to write '%s'\n", failed.c_str());
+    return false;
 }
 
 void print_occurrence(const char* which, const SyncDetection& found) {
@@ -53,23 +86,16 @@ void print_occurrence(const char* which, const SyncDetection& found) {
     std::printf("\n");
 }
 
-int report_trim(const TrimOptions& options, const TrimPoints& points) {
+void print_summary(const TrimOptions& options, const TrimPoints& points) {
     const std::size_t frames = points.trim_point - points.sync_point;
-    if (options.report_path == nullptr) {
-        std::printf("wrote %s (%zu clean-signal frames)\n", options.out_path, frames);
-        print_occurrence("leading", points.leading);
-        print_occurrence("trailing", points.trailing);
-        return 0;
+    if (options.report_path != nullptr) {
+        std::printf("wrote %s (%zu clean-signal frames) + %s\n", options.out_path, frames,
+                    options.report_path);
+        return;
     }
-    std::string json;
-    if (!build_trim_report_json(options.input_path, points, json) ||
-        !write_file_atomically(options.report_path, json)) {
-        std::fprintf(stderr, "error: failed to write '%s'\n", options.report_path);
-        return 1;
-    }
-    std::printf("wrote %s (%zu clean-signal frames) + %s\n", options.out_path, frames,
-                options.report_path);
-    return 0;
+    std::printf("wrote %s (%zu clean-signal frames)\n", options.out_path, frames);
+    print_occurrence("leading", points.leading);
+    print_occurrence("trailing", points.trailing);
 }
 
 } // namespace
@@ -100,9 +126,7 @@ int run_trim_command(std::span<char* const> args) {
         std::fputs(message.c_str(), stderr);
         return 1;
     }
-    if (!write_clean_signal(options.out_path, file, points)) {
-        std::fprintf(stderr, "error: failed to write '%s'\n", options.out_path);
-        return 1;
-    }
-    return report_trim(options, points);
+    if (!write_trim_outputs(options, file, points)) return 1;
+    print_summary(options, points);
+    return 0;
 }

@@ -41,12 +41,12 @@ bool append_signal_row(TextBuffer& page, const ReportInputs& in) {
                               channel_word(in.ref.channels));
 }
 
-bool write_analyze_report(const std::string& path, const ReportInputs& in) {
+bool write_analyze_report(FileReplacement& out, const ReportInputs& in) {
     TextBuffer page;
     text_buffer_init(page);
     EnvelopeCache envelopes;
     ReportInputs with_cache = in;
     with_cache.envelopes = &envelopes;
     const bool built = append_analyze_page(page, with_cache);
-    return finish_page(page, built, path);
+    return finish_page(page, built, out);
 }

@@ -2,10 +2,9 @@
 // navigation tabs, every card, the footer, the embedded results JSON and the page scripts.
 #pragma once
 
+#include "audio/file_replacement.h"
 #include "report/report_inputs.h"
 
-#include <string>
-
-// Builds the whole page in memory, then writes it in one piece; false when an append fails or the
-// file cannot be written completely (nothing partial is left behind).
-bool write_analyze_report(const std::string& path, const ReportInputs& in);
+// Builds the whole page in memory, then writes it into `out` in one piece; false when an append
+// fails or the file cannot be written completely. The caller puts the file in place.
+bool write_analyze_report(FileReplacement& out, const ReportInputs& in);

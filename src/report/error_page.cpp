@@ -36,10 +36,10 @@ bool build_error_page(TextBuffer& page, const char* ref_path, const char* dut_pa
 
 } // namespace
 
-bool write_error_page(const std::string& path, const char* ref_path, const char* dut_path,
+bool write_error_page(FileReplacement& out, const char* ref_path, const char* dut_path,
                       const char* message) {
     TextBuffer page;
     text_buffer_init(page);
     const bool built = build_error_page(page, ref_path, dut_path, message);
-    return finish_page(page, built, path);
+    return finish_page(page, built, out);
 }

@@ -39,10 +39,10 @@ bool build_plot_page(TextBuffer& page, const PlotData& plot) {
 
 } // namespace
 
-bool write_plot_page(const std::string& path, const PlotData& plot) {
+bool write_plot_page(FileReplacement& out, const PlotData& plot) {
     if (plot.file == nullptr) return false;
     TextBuffer page;
     text_buffer_init(page);
     const bool built = build_plot_page(page, plot);
-    return finish_page(page, built, path);
+    return finish_page(page, built, out);
 }

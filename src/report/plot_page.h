@@ -3,6 +3,7 @@
 // report when two files could not be compared.
 #pragma once
 
+#include "audio/file_replacement.h"
 #include "audio/wav_file.h"
 #include "results/run_results.h"
 
@@ -17,11 +18,14 @@ struct PlotData {
     const TesterInfo* tester = nullptr; // null when tester information is not shown
 };
 
-bool write_plot_page(const std::string& path, const PlotData& plot);
+// Each writer builds its text in memory and writes it into `out` in one piece; false when the text
+// cannot be built or written. The caller puts the file in place.
+bool write_plot_page(FileReplacement& out, const PlotData& plot);
 
 // status, input_file, sample_rate, channels, bit_depth, sample_format, frame_count,
-// duration_seconds; false when the text would exceed 1024 bytes or cannot be written.
-bool write_plot_json(const std::string& path, const std::string& input_path, const WavFile& file);
+// duration_seconds, the input path written whole however long it is; false when memory runs out
+// or the file cannot be written.
+bool write_plot_json(FileReplacement& out, const std::string& input_path, const WavFile& file);
 
-bool write_error_page(const std::string& path, const char* ref_path, const char* dut_path,
+bool write_error_page(FileReplacement& out, const char* ref_path, const char* dut_path,
                       const char* message);

@@ -105,17 +105,29 @@ TEST(TrimCapture, ToneOnEitherChannelIsFoundThere) {
     }
 }
 
-TEST(TrimCapture, EveryChannelOfAWiderFileIsSearched) {
-    SyncCaptureLayout layout = layout_of(48000, 3, 16);
-    layout.tone_channel = 2;
+TEST(TrimCapture, TheSecondChannelIsSearchedToo) {
+    SyncCaptureLayout layout = layout_of(48000, 2, 16);
+    layout.tone_channel = 1;
     layout.noise_peak = kMinus40DbfsPeak;
     const SyncCapture capture = make_sync_capture(layout, sync_tone(layout.rate));
     const TrimRun r;
     r.write(layout, capture);
     const ProcessOutput run = r.run();
     ASSERT_EQ(run.exit_status, 0) << run.err;
-    EXPECT_NE(run.out.find("  leading: channel 2, sample 2573,"), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("  trailing: channel 2, sample "), std::string::npos);
+    EXPECT_NE(run.out.find("  leading: channel 1, sample 2573,"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("  trailing: channel 1, sample "), std::string::npos);
+}
+
+TEST(TrimCapture, AWiderFileIsRefusedAsPlotRefusesIt) {
+    SyncCaptureLayout layout = layout_of(48000, 3, 16);
+    layout.tone_channel = 2;
+    const TrimRun r;
+    r.write(layout, make_sync_capture(layout, sync_tone(layout.rate)));
+    const ProcessOutput run = r.run();
+    EXPECT_EQ(run.exit_status, 1);
+    EXPECT_EQ(run.err,
+              "error: --input has 3 channel(s) -- sonalyx only accepts mono or stereo input\n");
+    EXPECT_FALSE(path_exists(r.out));
 }
 
 TEST(TrimCapture, NoiseAtMinus40DbfsKeepsTheCutExact) {

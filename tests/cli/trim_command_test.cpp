@@ -2,6 +2,7 @@
 // search window and its note, the settings from the defaults file, tones that are missing, buried
 // in noise or not after each other, and outputs that cannot be written.
 #include "audio/wav_reader.h"
+#include "folder_snapshot.h"
 #include "support/signal_gen.h"
 #include "trim_fixture.h"
 
@@ -218,15 +219,18 @@ TEST(TrimCommand, UnwritableOutputIsReported) {
     EXPECT_FALSE(path_exists(c.run.report));
 }
 
-TEST(TrimCommand, UnwritableReportKeepsTheWrittenSignal) {
+TEST(TrimCommand, AReportThatCannotBeWrittenLeavesNoSignalEither) {
+    // The clean signal and its report are one set: neither is written, nothing is left behind.
     const WrittenCapture c(short_layout());
     const std::string report = c.run.dir.file("missing/sync.json");
+    const FolderSnapshot before = snapshot_folder(c.run.dir.path());
     const ProcessOutput run = c.run.run({"--report", report});
     EXPECT_EQ(run.exit_status, 1);
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err, capped_note(45.0, 2160000, 2.125, 102000) + "error: failed to write '" +
                            report + "'\n");
-    EXPECT_TRUE(path_exists(c.run.out));
+    EXPECT_FALSE(path_exists(c.run.out));
+    EXPECT_EQ(snapshot_folder(c.run.dir.path()), before);
 }
 
 } // namespace

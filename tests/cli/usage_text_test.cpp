@@ -50,6 +50,20 @@ TEST(UsageText, HoldsEveryFixedLine) {
         EXPECT_NE(usage.find(fragment), std::string::npos) << "missing: " << fragment;
 }
 
+TEST(UsageText, TrimParagraphSaysWhatTrimWrites) {
+    const std::string& usage = usage_text();
+    EXPECT_NE(usage.find("trim:\n"
+                         "  Detects the leading and the trailing sync tone and writes exactly the "
+                         "frames between the\n"
+                         "  end of the leading tone and the start of the trailing one, in the "
+                         "input's own format;\n"
+                         "  nothing is added (the silence around the programme comes from the test "
+                         "signal). Fails (no\n"),
+              std::string::npos);
+    EXPECT_EQ(usage.find("padded"), std::string::npos);
+    EXPECT_EQ(usage.find("silence on each side"), std::string::npos);
+}
+
 TEST(UsageText, StartsWithTheTitleAndHasOneLiteralPercentSign) {
     const std::string& usage = usage_text();
     EXPECT_EQ(usage.rfind("sonalyx -- WAV Audio QA analysis engine\n", 0), 0u);

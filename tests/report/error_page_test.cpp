@@ -3,6 +3,7 @@
 
 #include "page_text.h"
 #include "support/temp_dir.h"
+#include "written_file.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,9 @@ namespace {
 std::string error_page(const char* message) {
     const TempDir dir;
     const std::string path = dir.file("error.html");
-    EXPECT_TRUE(write_error_page(path, "/refs/a.wav", "C:\\duts\\b.wav", message));
+    EXPECT_TRUE(write_to_path(path, [&](FileReplacement& f) {
+        return write_error_page(f, "/refs/a.wav", "C:\\duts\\b.wav", message);
+    }));
     return read_text_file(path);
 }
 
@@ -81,11 +84,10 @@ TEST(ErrorPage, FooterWithoutTesterRowThenOnlyTheThemeScript) {
     EXPECT_EQ(count_of(page, "<div"), count_of(page, "</div>"));
 }
 
-TEST(ErrorPage, UnwritablePathFailsAndLeavesNoFile) {
-    const TempDir dir;
-    const std::string path = dir.file("missing/error.html");
-    EXPECT_FALSE(write_error_page(path, "a.wav", "b.wav", "failed"));
-    EXPECT_FALSE(path_exists(path));
+TEST(ErrorPage, AFailedWriteFails) {
+    FileReplacement full;
+    if (!open_full_device(full)) GTEST_SKIP() << "no /dev/full";
+    EXPECT_FALSE(write_error_page(full, "a.wav", "b.wav", "failed"));
 }
 
 } // namespace

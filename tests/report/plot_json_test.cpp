@@ -1,7 +1,9 @@
 #include "report/plot_page.h"
 
 #include "support/memory_wav.h"
+#include "support/python_json.h"
 #include "support/temp_dir.h"
+#include "written_file.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +23,8 @@ WavFile silent_file(std::uint32_t format, unsigned channels, std::size_t frames)
 std::string plot_json(const std::string& input_path, const WavFile& file) {
     const TempDir dir;
     const std::string path = dir.file("plot.json");
-    if (!write_plot_json(path, input_path, file)) {
+    if (!write_to_path(path,
+                       [&](FileReplacement& f) { return write_plot_json(f, input_path, file); })) {
         EXPECT_FALSE(path_exists(path));
         return "<failed>";
     }
@@ -64,23 +67,39 @@ TEST(PlotJson, TwentyFourAndThirtyTwoBitIntegers) {
               std::string::npos);
 }
 
-// A path of 510 characters is the longest text value an entry takes; one more fails the whole
-// JSON, which stays far below 1024 bytes even at the longest path.
-TEST(PlotJson, VeryLongInputPathFails) {
-    const WavFile file = silent_file(kWavFormatInt16, 1, 10);
-    const std::string longest = plot_json(std::string(510, 'p'), file);
-    EXPECT_NE(longest, "<failed>");
-    EXPECT_LT(longest.size(), 1024u);
-    EXPECT_EQ(plot_json(std::string(511, 'p'), file), "<failed>");
-    EXPECT_NE(plot_json(std::string(255, '"'), file), "<failed>"); // 510 once escaped
-    EXPECT_EQ(plot_json(std::string(256, '"'), file), "<failed>"); // 512 once escaped
+TEST(PlotJson, VeryLongInputPathIsWrittenWhole) {
+    // 5,000 characters, of which 1,000 quotes that become backslash pairs.
+    const std::string path = std::string(4000, 'p') + std::string(1000, '"');
+    std::string escaped(4000, 'p');
+    for (int i = 0; i < 1000; ++i)
+        escaped += "\\\"";
+    const std::string json = plot_json(path, silent_file(kWavFormatInt16, 1, 10));
+    EXPECT_NE(json.find("    \"input_file\": \"" + escaped + "\",\n    \"sample_rate\": 48000,\n"),
+              std::string::npos);
+    EXPECT_TRUE(json.ends_with("    \"duration_seconds\": 0.000208\n}\n"));
 }
 
-TEST(PlotJson, UnwritablePathFails) {
-    const TempDir dir;
-    const std::string path = dir.file("missing/plot.json");
-    EXPECT_FALSE(write_plot_json(path, "x.wav", silent_file(kWavFormatInt16, 1, 10)));
-    EXPECT_FALSE(path_exists(path));
+TEST(PlotJson, ControlBytesInThePathBecomeUnicodeEscapes) {
+    const std::string json =
+        plot_json("in\x01\x1b\x1f\x7f.wav", silent_file(kWavFormatInt16, 1, 10));
+    EXPECT_NE(json.find("    \"input_file\": \"in\\u0001\\u001b\\u001f\x7f.wav\",\n"),
+              std::string::npos);
+}
+
+// The text parses with a strict JSON parser, which refuses raw control bytes, and gives the path
+// back byte for byte.
+TEST(PlotJson, StrictParserReadsThePathBack) {
+    const std::string path = awkward_path(1000);
+    const PythonJson parsed = python_json(plot_json(path, silent_file(kWavFormatFloat32, 2, 480)),
+                                          {"input_file", "status", "sample_format"});
+    ASSERT_TRUE(parsed.parsed) << parsed.error;
+    EXPECT_EQ(parsed.values, (std::vector<std::string>{path, "plotted", "float"}));
+}
+
+TEST(PlotJson, AFailedWriteFails) {
+    FileReplacement full;
+    if (!open_full_device(full)) GTEST_SKIP() << "no /dev/full";
+    EXPECT_FALSE(write_plot_json(full, "x.wav", silent_file(kWavFormatInt16, 1, 10)));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "support/memory_wav.h"
 #include "support/signal_gen.h"
 #include "support/temp_dir.h"
+#include "written_file.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +36,7 @@ std::string plot_page(const WavFile& file, const TesterInfo* tester = nullptr) {
     plot.noise_floor_db = -90.0;
     plot.tester = tester;
     const std::string path = dir.file("plot.html");
-    EXPECT_TRUE(write_plot_page(path, plot));
+    EXPECT_TRUE(write_to_path(path, [&](FileReplacement& f) { return write_plot_page(f, plot); }));
     return read_text_file(path);
 }
 
@@ -194,16 +195,15 @@ TEST(PlotPage, FooterScriptsAndNoResultsJson) {
     EXPECT_EQ(count_of(page, "sonalyx-results"), 0u);
 }
 
-TEST(PlotPage, UnwritablePathFailsAndLeavesNoFile) {
-    const TempDir dir;
+TEST(PlotPage, AFailedWriteFails) {
     const WavFile file = tone_file(1);
     PlotData plot;
     plot.input_path = "tone.wav";
     plot.file = &file;
     plot.fft_size = kFft;
-    const std::string path = dir.file("missing/plot.html");
-    EXPECT_FALSE(write_plot_page(path, plot));
-    EXPECT_FALSE(path_exists(path));
+    FileReplacement full;
+    if (!open_full_device(full)) GTEST_SKIP() << "no /dev/full";
+    EXPECT_FALSE(write_plot_page(full, plot));
 }
 
 } // namespace
