@@ -17,16 +17,11 @@ std::span<const std::uint8_t> bytes_of(std::string_view text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-std::size_t entries_in(const std::string& folder) {
-    const std::filesystem::directory_iterator entries(folder);
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
-
 TEST(FileReplacement, CommitCreatesTheFile) {
     const TempDir dir;
     EXPECT_TRUE(write_file_atomically(dir.file("new.txt"), "contents"));
     EXPECT_EQ(read_text_file(dir.file("new.txt")), "contents");
-    EXPECT_EQ(entries_in(dir.path()), 1u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 1u);
 }
 
 // Both ways of holding the new file: nameless (where the folder allows it) and named.
@@ -42,10 +37,10 @@ TEST_P(FileReplacementKinds, TheCommitReplacesTheEarlierFileInOneStep) {
     ASSERT_TRUE(replacement_write(file, bytes_of("in two pieces")));
     EXPECT_EQ(read_text_file(target), "earlier");
     // A nameless file is not in the folder at all until it is committed.
-    EXPECT_EQ(entries_in(dir.path()), file.unnamed ? 1u : 2u);
+    EXPECT_EQ(folder_entry_count(dir.path()), file.unnamed ? 1u : 2u);
     ASSERT_TRUE(replacement_commit(file));
     EXPECT_EQ(read_text_file(target), "later, in two pieces");
-    EXPECT_EQ(entries_in(dir.path()), 1u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 1u);
 }
 
 TEST_P(FileReplacementKinds, AnAbandonedFileLeavesNothing) {
@@ -58,7 +53,7 @@ TEST_P(FileReplacementKinds, AnAbandonedFileLeavesNothing) {
     ASSERT_TRUE(replacement_write(file, bytes_of("half")));
     replacement_abandon(file);
     EXPECT_EQ(read_text_file(target), "earlier");
-    EXPECT_EQ(entries_in(dir.path()), 1u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 1u);
 }
 
 INSTANTIATE_TEST_SUITE_P(NamelessAndNamed, FileReplacementKinds, ::testing::Bool());
@@ -81,7 +76,7 @@ TEST(FileReplacement, AbandonedOrDroppedLeavesTheFolderAsItWas) {
         ASSERT_TRUE(replacement_write(file, bytes_of("half")));
     }
     EXPECT_EQ(read_text_file(target), "earlier");
-    EXPECT_EQ(entries_in(dir.path()), 1u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 1u);
 }
 
 TEST(FileReplacement, AFailedWriteRefusesTheCommit) {
@@ -99,13 +94,13 @@ TEST(FileReplacement, AFailedWriteRefusesTheCommit) {
     EXPECT_FALSE(replacement_write(file, bytes_of("third part")));
     EXPECT_FALSE(replacement_commit(file));
     EXPECT_EQ(read_text_file(target), "earlier");
-    EXPECT_EQ(entries_in(dir.path()), 1u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 1u);
 }
 
 TEST(FileReplacement, MissingFolderFailsWithoutCreatingAnything) {
     const TempDir dir;
     EXPECT_FALSE(write_file_atomically(dir.file("absent/out.txt"), "x"));
-    EXPECT_EQ(entries_in(dir.path()), 0u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 0u);
 }
 
 TEST(FileReplacement, PermissionsAreThoseOfAnyNewFile) {
@@ -127,8 +122,8 @@ TEST(FileReplacement, ASymbolicLinkIsFollowedAndKept) {
     ASSERT_TRUE(write_file_atomically(dir.file("link.txt"), "new"));
     EXPECT_EQ(read_text_file(dir.file("real/target.txt")), "new");
     EXPECT_TRUE(std::filesystem::is_symlink(dir.file("link.txt")));
-    EXPECT_EQ(entries_in(dir.path()), 2u);
-    EXPECT_EQ(entries_in(dir.file("real")), 1u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 2u);
+    EXPECT_EQ(folder_entry_count(dir.file("real")), 1u);
 }
 
 TEST(FileReplacement, AFullDeviceFailsAndStaysADevice) {
@@ -154,7 +149,7 @@ TEST(FileReplacement, AFifoIsWrittenInPlace) {
     EXPECT_EQ(::read(reader, received, sizeof received), 16);
     EXPECT_STREQ(received, "through the pipe");
     ::close(reader);
-    EXPECT_EQ(entries_in(dir.path()), 1u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 1u);
 }
 
 } // namespace

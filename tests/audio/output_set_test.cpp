@@ -5,15 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <sys/stat.h>
 
 namespace {
-
-std::size_t entries_in(const std::string& folder) {
-    const std::filesystem::directory_iterator entries(folder);
-    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
 
 TEST(OutputSet, EveryFileIsPutInPlace) {
     const TempDir dir;
@@ -29,7 +23,7 @@ TEST(OutputSet, EveryFileIsPutInPlace) {
     ASSERT_TRUE(output_set_commit(set, failed));
     EXPECT_EQ(read_text_file(dir.file("a.txt")), "new a");
     EXPECT_EQ(read_text_file(dir.file("b.txt")), "new b");
-    EXPECT_EQ(entries_in(dir.path()), 2u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 2u);
 }
 
 TEST(OutputSet, AFolderThatCannotTakeAFileIsFoundBeforeAnythingIsWritten) {
@@ -52,7 +46,7 @@ TEST(OutputSet, AFailedWriteLeavesEveryTargetAsItWas) {
     EXPECT_FALSE(output_set_commit(set, failed));
     EXPECT_EQ(failed, dir.file("b.txt"));
     EXPECT_EQ(read_text_file(dir.file("a.txt")), "earlier a");
-    EXPECT_EQ(entries_in(dir.path()), 1u);
+    EXPECT_EQ(folder_entry_count(dir.path()), 1u);
 }
 
 TEST(OutputSet, AFileThatCannotBePutInPlaceTakesBackTheOnesBeforeIt) {
@@ -74,7 +68,7 @@ TEST(OutputSet, AFileThatCannotBePutInPlaceTakesBackTheOnesBeforeIt) {
     EXPECT_EQ(failed, dir.file("b.txt"));
     EXPECT_EQ(read_text_file(dir.file("a.txt")), "earlier a");
     EXPECT_FALSE(path_exists(dir.file("fresh.txt")));
-    EXPECT_EQ(entries_in(dir.path()), 2u); // a.txt and the folder
+    EXPECT_EQ(folder_entry_count(dir.path()), 2u); // a.txt and the folder
 }
 
 } // namespace

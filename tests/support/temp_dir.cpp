@@ -39,3 +39,9 @@ bool path_exists(const std::string& path) {
     struct stat info {};
     return ::stat(path.c_str(), &info) == 0;
 }
+
+std::size_t folder_entry_count(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::directory_iterator entries(path, error);
+    return error ? 0 : static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}

@@ -23,3 +23,5 @@ bool write_text_file(const std::string& path, const std::string& content);
 // The whole file as bytes; empty when it cannot be read.
 std::string read_text_file(const std::string& path);
 bool path_exists(const std::string& path);
+// The number of entries in a folder (0 when it cannot be read).
+std::size_t folder_entry_count(const std::string& path);
