@@ -9,14 +9,17 @@
 #include "cli/output_paths.h"
 #include "cli/overall_verdict.h"
 #include "cli/report_files.h"
+#include "cli/run_stage.h"
 #include "report/analyze_report.h"
 #include "results/results_json.h"
 
 #include <cstdio>
+#include <unistd.h>
 
 namespace {
 
 void status_line(const AnalyzeOptions& options, const char* text) {
+    clear_stage_progress();
     if (!options.quiet) std::fprintf(stderr, "%s\n", text);
 }
 
@@ -38,9 +41,11 @@ bool align_inputs(const AnalyzeOptions& options, const AnalyzeSettingsFiles& fil
     const std::int64_t tolerance = settings.fine_align_agreement_tolerance_samples.value;
     const double threshold = settings.fine_align_confidence_threshold.value;
     status_line(options, "Aligning...");
+    set_run_stage("aligning the files");
     alignment = align_channels(wavs.ref, wavs.dut, max_lag, tolerance, threshold,
                                settings.low_level_signal_threshold_db.value);
     if (alignment.aligned) return true;
+    set_run_stage("explaining the failed alignment");
     const ChannelDiagnoses diagnosis =
         diagnose_alignment(wavs.ref, wavs.dut, alignment, max_lag, threshold);
     const std::string explanation = explain_alignment_failure(
@@ -96,6 +101,7 @@ bool write_report_files(ReportFiles& files, const ReportInputs& inputs, std::str
 // naming them.
 bool write_outputs(const AnalyzeOptions& options, const OutputPaths& paths,
                    const RunResults& results, const WavPair& wavs, const std::string& json) {
+    set_run_stage("writing the report");
     ReportFiles files;
     std::string message;
     if (!open_report_files(paths, files, message)) {
@@ -107,6 +113,7 @@ bool write_outputs(const AnalyzeOptions& options, const OutputPaths& paths,
         std::fputs(message.c_str(), stderr);
         return false;
     }
+    clear_stage_progress();
     const std::string summary = overall_summary_line(results.overall);
     if (options.json)
         std::printf("wrote %s + %s (%s)\n", paths.html_path.c_str(), paths.json_path.c_str(),
@@ -121,6 +128,7 @@ bool write_outputs(const AnalyzeOptions& options, const OutputPaths& paths,
 int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
     AnalyzeSettingsFiles files;
     if (!load_analyze_settings(options, files)) return 1;
+    if (!options.quiet && ::isatty(STDERR_FILENO)) show_stage_progress();
     context.report_possible = true;
     context.ref_path = options.ref_path;
     context.dut_path = options.dut_path;
@@ -143,6 +151,7 @@ int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
     status_line(options, "Analyzing...");
     run_analysis_checks(wavs.ref, wavs.dut, results);
     results.overall = compute_overall_verdict(gating_inputs(results));
+    set_run_stage("building the results JSON");
     std::string json;
     std::string refused_key;
     if (!build_results_json(results, json, &refused_key)) {

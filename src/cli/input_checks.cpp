@@ -2,6 +2,7 @@
 
 #include "audio/wav_reader.h"
 #include "cli/comparison_error.h"
+#include "cli/run_stage.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -14,6 +15,7 @@ constexpr std::uint32_t kMaxSampleRate = 192000;
 } // namespace
 
 bool read_input(const char* path, const char* option, WavFile& file, std::string& error_text) {
+    set_run_stage("reading %s '%s'", option, path);
     if (wav_read(path, file)) return true;
     report_comparison_error(error_text, "failed to read %s '%s' (%s)", option, path,
                             wav_failure_reason(path).c_str());
@@ -21,6 +23,7 @@ bool read_input(const char* path, const char* option, WavFile& file, std::string
 }
 
 bool read_tool_input(const char* path, WavFile& file) {
+    set_run_stage("reading --input '%s'", path);
     if (!wav_read(path, file)) {
         std::fprintf(stderr, "error: failed to read --input '%s' (%s)\n", path, wav_error_text());
         return false;

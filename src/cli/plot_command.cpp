@@ -4,10 +4,12 @@
 #include "cli/input_checks.h"
 #include "cli/output_paths.h"
 #include "cli/report_files.h"
+#include "cli/run_stage.h"
 #include "report/plot_page.h"
 
 #include <cstdio>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -31,6 +33,7 @@ bool write_plot_outputs(const PlotOptions& options, const OutputPaths& paths,
                    !write_plot_json(*files.json, options.input_path, *plot.file)) {
             message = "error: failed to write '" + paths.json_path + "'\n";
         } else if (commit_report_files(files, message)) {
+            clear_stage_progress();
             if (options.json)
                 std::printf("wrote %s + %s\n", paths.html_path.c_str(), paths.json_path.c_str());
             else
@@ -59,7 +62,9 @@ int run_plot_command(std::span<char* const> args) {
         return 1;
     }
     WavFile file;
+    if (::isatty(STDERR_FILENO)) show_stage_progress();
     if (!read_tool_input(options.input_path, file)) return 1;
+    set_run_stage("drawing the plot page");
     PlotData plot;
     plot.input_path = options.input_path;
     plot.file = &file;

@@ -5,12 +5,14 @@
 #include "cli/defaults_lookup.h"
 #include "cli/input_checks.h"
 #include "cli/output_guard.h"
+#include "cli/run_stage.h"
 #include "config/alignment_config.h"
 #include "results/trim_report.h"
 
 #include <cstdio>
 #include <span>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -115,18 +117,22 @@ int run_trim_command(std::span<char* const> args) {
         std::fputs(message.c_str(), stderr);
         return 1;
     }
+    if (::isatty(STDERR_FILENO)) show_stage_progress();
     AlignmentConfig config;
     resolve_alignment_config({}, defaults, config);
     WavFile file;
     if (!read_tool_input(options.input_path, file)) return 1;
 
     const std::size_t window = trim_window(config, file);
+    set_run_stage("searching for the sync tones");
     TrimPoints points;
     if (!locate_trim_points(file, window, config.sync_psr_threshold.value, points, message)) {
         std::fputs(message.c_str(), stderr);
         return 1;
     }
+    set_run_stage("writing the clean signal");
     if (!write_trim_outputs(options, file, points)) return 1;
+    clear_stage_progress();
     print_summary(options, points);
     return 0;
 }

@@ -1,6 +1,7 @@
 // Growth, raw appends, formatted appends and the three byte-by-byte escapes of TextBuffer.
 #include "report/text_buffer.h"
 
+#include "audio/out_of_memory.h"
 #include "results/json_escape.h"
 
 #include <algorithm>
@@ -28,7 +29,10 @@ bool text_buffer_reserve(TextBuffer& buffer, std::uint64_t count) {
     const std::optional<std::uint64_t> grown = text_buffer_grown_capacity(buffer.capacity, need);
     if (!grown) return false;
     void* moved = std::realloc(buffer.data, static_cast<std::size_t>(*grown));
-    if (moved == nullptr) return false;
+    if (moved == nullptr) {
+        report_out_of_memory(static_cast<std::size_t>(*grown));
+        return false;
+    }
     buffer.data = static_cast<char*>(moved);
     buffer.capacity = *grown;
     return true;

@@ -1,6 +1,8 @@
 // A growth that cannot be satisfied: the append fails and the buffer is left as it was.
 #include "text_buffer_fixture.h"
 
+#include "audio/out_of_memory.h"
+
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -51,6 +53,20 @@ TEST_F(TextBufferFailure, HugeAppendKeepsDataLengthCapacityAndContent) {
     // The buffer still works after the failure.
     ASSERT_TRUE(text_append(buffer, "!"));
     EXPECT_EQ(content(), text + "!");
+}
+
+std::size_t g_reported_bytes = 0;
+
+void remember_request(std::size_t bytes) {
+    g_reported_bytes = bytes;
+}
+
+TEST_F(TextBufferFailure, AGrowthThatFailsIsReportedWithItsSize) {
+    const OutOfMemoryHandler previous = set_out_of_memory_handler(remember_request);
+    g_reported_bytes = 0;
+    EXPECT_FALSE(text_append_bytes(buffer, source, huge_count));
+    set_out_of_memory_handler(previous);
+    EXPECT_EQ(g_reported_bytes, std::size_t{1} << 63);
 }
 
 TEST_F(TextBufferFailure, CountWhoseNeedOverflowsIsRefused) {
