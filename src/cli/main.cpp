@@ -78,5 +78,7 @@ void operator delete[](void* block, std::size_t, std::align_val_t) noexcept {
 
 int main(int argc, char** argv) {
     set_out_of_memory_handler(stop_out_of_memory);
-    return sonalyx_main(argc, argv);
+    const int status = sonalyx_main(argc, argv);
+    finish_run_stages();
+    return status;
 }

@@ -3,8 +3,10 @@
 #include "audio/progress.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <unistd.h>
 
 namespace {
@@ -12,8 +14,9 @@ namespace {
 // Room for a 4,095-byte path and the words around it.
 char g_stage[4352] = "starting";
 
-bool g_shown = false; // a progress line stands on the terminal
-int g_percent = -1;   // the percent it shows
+double g_stage_start = -1.0; // when the current stage began; negative before the first
+bool g_shown = false;        // a progress line stands on the terminal
+int g_percent = -1;          // the percent it shows
 
 void show_percent(double fraction) {
     const int percent = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * 100.0);
@@ -24,7 +27,29 @@ void show_percent(double fraction) {
     g_percent = percent;
 }
 
+double seconds_now() {
+    using Clock = std::chrono::steady_clock;
+    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
+}
+
+bool stage_times_wanted() {
+    static const bool wanted = std::getenv("SONALYX_STAGE_TIMES") != nullptr;
+    return wanted;
+}
+
+// Prints how long the current stage took, when that is wanted and a stage is running.
+void end_stage() {
+    if (!stage_times_wanted() || g_stage_start < 0.0) return;
+    std::fprintf(stderr, "stage-time %.3f %s\n", seconds_now() - g_stage_start, g_stage);
+}
+
 } // namespace
+
+void finish_run_stages() {
+    clear_stage_progress();
+    end_stage();
+    g_stage_start = -1.0;
+}
 
 void show_stage_progress() {
     set_progress_listener(show_percent);
@@ -40,6 +65,8 @@ void clear_stage_progress() {
 
 void set_run_stage(const char* format, ...) {
     clear_stage_progress();
+    end_stage();
+    g_stage_start = seconds_now();
     va_list args;
     va_start(args, format);
     std::vsnprintf(g_stage, sizeof g_stage, format, args);

@@ -21,3 +21,7 @@ void show_stage_progress();
 
 // Erases the progress line, if one is shown (before any other line is printed).
 void clear_stage_progress();
+
+// Ends the last stage. With SONALYX_STAGE_TIMES set in the environment, every stage prints
+// "stage-time <seconds> <stage>" to standard error as it ends, for the whole-run benchmark.
+void finish_run_stages();
