@@ -1,14 +1,17 @@
-// Time and memory of channel alignment on a long file pair, next to the same correlation steps run
-// on the straightforward reference transform. Builds a 10-minute (or argv[1] minutes) 48 kHz
-// stereo pair of program-like material in memory, the DUT late by 240 frames, and aligns it with a
+// Time and memory of channel alignment on long file pairs, next to the whole-file correlation it
+// replaced (both channels copied out, each zero-padded into one transform of next_pow2(2 x frames)
+// points, run on the straightforward reference transform, which gives the same bits as the fast
+// one). Builds a 48 kHz stereo pair of program-like material in memory for each length in minutes
+// given on the command line (10 by default), the DUT late by 240 frames, and aligns it with a
 // search of +-4800 frames. Each variant runs in a child process of its own, which generates the
 // pair, resets its peak-RSS mark (/proc/self/clear_refs), aligns, and reports its wall time, its
-// resident memory just before aligning and its peak resident memory while aligning (VmHWM).
+// resident memory just before aligning and its peak resident memory while aligning (VmHWM). The
+// whole-file correlation is skipped when its bound passes half the machine's memory.
 #include "align/alignment.h"
+#include "align/correlation_plan.h"
 #include "bench_pair.h"
 #include "dsp/fft.h"
-#include "dsp/fft_stages.h"
-#include "support/reference_fft.h"
+#include "support/reference_correlation.h"
 #include "support/signal_gen.h"
 
 #include <algorithm>
@@ -103,51 +106,6 @@ bool reset_peak_rss() {
     return std::fclose(refs) == 0 && ok;
 }
 
-// The correlation of align_channels, step for step, on the plain reference transform: two zeroed
-// arrays of N points, both transforms, A * conj(B), the inverse, the lag scan and the energies.
-CorrelationPeak reference_correlate(std::span<const double> a, std::span<const double> b) {
-    const std::size_t n = next_pow2(a.size() + b.size() - 1);
-    std::vector<double> fa(2 * n, 0.0);
-    std::vector<double> fb(2 * n, 0.0);
-    for (std::size_t i = 0; i < a.size(); ++i)
-        fa[2 * i] = a[i];
-    for (std::size_t i = 0; i < b.size(); ++i)
-        fb[2 * i] = b[i];
-    reference_fft_complex(fa.data(), n, false);
-    reference_fft_complex(fb.data(), n, false);
-    for (std::size_t k = 0; k < n; ++k) {
-        const double ar = fa[2 * k], ai = fa[2 * k + 1], br = fb[2 * k], bi = fb[2 * k + 1];
-        fa[2 * k] = ar * br + ai * bi;
-        fa[2 * k + 1] = ai * br - ar * bi;
-    }
-    reference_fft_complex(fa.data(), n, true);
-    const auto reach = static_cast<std::int64_t>(kMaxLag);
-    const std::int64_t lo = std::max(-reach, 1 - static_cast<std::int64_t>(b.size()));
-    const std::int64_t hi = std::min(reach, static_cast<std::int64_t>(a.size()) - 1);
-    const auto c = [&](std::int64_t l) {
-        return fa[2 * static_cast<std::size_t>(l < 0 ? l + static_cast<std::int64_t>(n) : l)];
-    };
-    std::int64_t best_l = lo;
-    double best = -1e300;
-    for (std::int64_t l = lo; l <= hi; ++l) {
-        if (c(l) > best) {
-            best = c(l);
-            best_l = l;
-        }
-    }
-    const auto end =
-        std::min(static_cast<std::int64_t>(a.size()), static_cast<std::int64_t>(b.size()) + best_l);
-    double energy_a = 0.0;
-    double energy_b = 0.0;
-    for (std::int64_t i = std::max<std::int64_t>(0, best_l); i < end; ++i) {
-        energy_a += a[static_cast<std::size_t>(i)] * a[static_cast<std::size_t>(i)];
-        energy_b +=
-            b[static_cast<std::size_t>(i - best_l)] * b[static_cast<std::size_t>(i - best_l)];
-    }
-    const double product = energy_a * energy_b;
-    return {-best_l, product > 0.0 ? c(best_l) / std::sqrt(product) : 0.0};
-}
-
 std::vector<double> channel_copy(const WavFile& file, std::size_t k) {
     std::vector<double> out(file.frames);
     for (std::size_t f = 0; f < file.frames; ++f)
@@ -165,8 +123,8 @@ void align_fast(const WavFile& ref, const WavFile& dut, Outcome& out) {
 
 void align_reference(const WavFile& ref, const WavFile& dut, Outcome& out) {
     for (std::size_t k = 0; k < kChannels; ++k) {
-        const CorrelationPeak peak =
-            reference_correlate(channel_copy(ref, k), channel_copy(dut, k));
+        const ReferencePeak peak =
+            reference_correlate(channel_copy(ref, k), channel_copy(dut, k), kMaxLag, false);
         out.lag[k] = peak.lag;
         out.corr[k] = peak.corr;
     }
@@ -213,47 +171,91 @@ ChildResult run_child(Aligner aligner, std::size_t frames) {
 
 void print_row(const char* method, const ChildResult& r) {
     const Outcome& o = r.outcome;
-    std::printf("%-30s %8.2f %10.1f %10.1f %10.1f %11.1f %6lld %6lld %.12f %.12f%s\n", method,
+    std::printf("%-30s %8.2f %10.1f %10.1f %10.1f %11.1f %6lld %6lld %+.3e %+.3e%s\n", method,
                 o.seconds, o.rss_before_mib, o.peak_mib, o.peak_mib - o.rss_before_mib,
                 r.lifetime_peak_mib, static_cast<long long>(o.lag[0]),
-                static_cast<long long>(o.lag[1]), o.corr[0], o.corr[1],
+                static_cast<long long>(o.lag[1]), o.corr[0] - 1.0, o.corr[1] - 1.0,
                 r.ok ? (o.peak_reset ? "" : "  (peak not reset)") : "  (failed)");
 }
 
-bool same_result(const Outcome& a, const Outcome& b) {
-    return std::memcmp(a.lag, b.lag, sizeof a.lag) == 0 &&
-           std::memcmp(a.corr, b.corr, sizeof a.corr) == 0;
+// The largest |corr difference| relative to the reference's, or -1 when a lag differs.
+double largest_difference(const Outcome& fast, const Outcome& reference) {
+    double largest = 0.0;
+    for (std::size_t k = 0; k < kChannels; ++k) {
+        if (fast.lag[k] != reference.lag[k]) return -1.0;
+        const double scale = std::max(std::fabs(reference.corr[k]), 1e-300);
+        largest = std::max(largest, std::fabs(fast.corr[k] - reference.corr[k]) / scale);
+    }
+    return largest;
+}
+
+// Peak memory the whole-file correlation needs: its two complex arrays, both decoded files and
+// one mono copy per side.
+double whole_file_bound_mib(std::size_t frames) {
+    const double arrays = 2.0 * static_cast<double>(2 * next_pow2(2 * frames - 1)) * 8.0;
+    const double files = 2.0 * static_cast<double>(frames * kChannels) * 8.0;
+    const double mono = 2.0 * static_cast<double>(frames) * 8.0;
+    return (arrays + files + mono) / kMiB;
+}
+
+double machine_mib() {
+    return static_cast<double>(sysconf(_SC_PHYS_PAGES)) *
+           static_cast<double>(sysconf(_SC_PAGE_SIZE)) / kMiB;
+}
+
+void print_header(double minutes, std::size_t frames) {
+    const LagWindow window = lag_window(frames, frames, kMaxLag);
+    const BlockPlan plan = plan_blocks(frames, frames, window);
+    const double files_mib = 2.0 * static_cast<double>(frames * kChannels) * 8.0 / kMiB;
+    const double sums_mib =
+        static_cast<double>(lag_window_width(window) + 4 * plan.points) * 8.0 / kMiB;
+    std::printf("%.1f min stereo %u Hz, DUT late by %lld frames, search +-%zu: %zu frames\n",
+                minutes, kRate, static_cast<long long>(kDelay), kMaxLag, frames);
+    std::printf("blocked: %zu-point transforms over blocks of %zu frames, %.1f MiB of buffers; "
+                "both decoded files %.1f MiB\n",
+                plan.points, plan.block, sums_mib, files_mib);
+    std::printf("whole-file: N = %zu points, bound %.1f MiB with the files\n\n",
+                static_cast<std::size_t>(next_pow2(2 * frames - 1)), whole_file_bound_mib(frames));
+    std::printf("%-30s %8s %10s %10s %10s %11s %6s %6s %10s %10s\n", "method", "seconds",
+                "before MiB", "peak MiB", "growth MiB", "life MiB", "lag0", "lag1", "corr0 - 1",
+                "corr1 - 1");
+}
+
+// Runs both variants on one length; true when the blocked alignment finds the delay on both
+// channels and, where the whole-file correlation ran, agrees with it.
+bool run_length(double minutes) {
+    const auto frames = static_cast<std::size_t>(minutes * 60.0 * kRate);
+    print_header(minutes, frames);
+    const ChildResult fast = run_child(align_fast, frames);
+    print_row("align_channels (blocked)", fast);
+    std::fflush(stdout);
+    const bool found = fast.ok && fast.outcome.lag[0] == kDelay && fast.outcome.lag[1] == kDelay;
+    if (whole_file_bound_mib(frames) > machine_mib() / 2.0) {
+        std::printf("whole-file reference skipped: it needs more than half of the %.0f MiB of "
+                    "memory\n\n",
+                    machine_mib());
+        return found;
+    }
+    const ChildResult reference = run_child(align_reference, frames);
+    print_row("whole-file, reference FFT", reference);
+    const double difference = largest_difference(fast.outcome, reference.outcome);
+    std::printf("\nspeed-up %.2fx; lags %s, largest relative corr difference %.2e; corr - 1 is "
+                "the error (the DUT is an exact copy); before = RSS with both files built, peak = "
+                "VmHWM while aligning, growth = peak - before, life = ru_maxrss of the whole "
+                "child\n\n",
+                reference.outcome.seconds / fast.outcome.seconds,
+                difference < 0.0 ? "DIFFER" : "identical", difference < 0.0 ? 0.0 : difference);
+    // The whole-file transform itself errs by about 1e-9 at 10 minutes (its twiddle recurrence
+    // runs over 2^25 steps); the blocked one by far less.
+    return found && reference.ok && difference >= 0.0 && difference <= 1e-8;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const double minutes = argc > 1 ? std::atof(argv[1]) : 10.0;
-    const auto frames = static_cast<std::size_t>(minutes * 60.0 * kRate);
-    const std::size_t n = next_pow2(2 * frames - 1);
-    const double files_mib = 2.0 * static_cast<double>(frames * kChannels) * 8.0 / kMiB;
-    const double arrays_mib = 2.0 * static_cast<double>(2 * n) * 8.0 / kMiB;
-    const double mono_mib = 2.0 * static_cast<double>(frames) * 8.0 / kMiB;
-    const double scratch_mib = static_cast<double>(fft_stages_scratch_doubles(n)) * 8.0 / kMiB;
-    std::printf("%.1f min stereo %u Hz, DUT late by %lld frames, search +-%zu: %zu frames, "
-                "N = %zu points\n",
-                minutes, kRate, static_cast<long long>(kDelay), kMaxLag, frames, n);
-    std::printf("bound: two complex arrays %.1f + both decoded files %.1f + one mono copy per "
-                "side %.1f = %.1f MiB (transform scratch %.1f MiB on top)\n\n",
-                arrays_mib, files_mib, mono_mib, arrays_mib + files_mib + mono_mib, scratch_mib);
-    std::printf("%-30s %8s %10s %10s %10s %11s %6s %6s %14s %14s\n", "method", "seconds",
-                "before MiB", "peak MiB", "growth MiB", "life MiB", "lag0", "lag1", "corr0",
-                "corr1");
-    const ChildResult fast = run_child(align_fast, frames);
-    print_row("align_channels (fast FFT)", fast);
-    std::fflush(stdout);
-    const ChildResult reference = run_child(align_reference, frames);
-    print_row("same steps, reference FFT", reference);
-    const bool same = same_result(fast.outcome, reference.outcome);
-    std::printf("\nspeed-up %.2fx; results %s; before = RSS with both files built, peak = VmHWM "
-                "while aligning, growth = peak - before, life = ru_maxrss of the whole child\n",
-                reference.outcome.seconds / fast.outcome.seconds,
-                same ? "identical bit for bit" : "DIFFER");
-    const bool found = fast.outcome.lag[0] == kDelay && fast.outcome.lag[1] == kDelay;
-    return fast.ok && reference.ok && same && found ? 0 : 1;
+    bool ok = true;
+    if (argc < 2) return run_length(10.0) ? 0 : 1;
+    for (int i = 1; i < argc; ++i)
+        ok = run_length(std::atof(argv[i])) && ok;
+    return ok ? 0 : 1;
 }

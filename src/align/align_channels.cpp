@@ -1,6 +1,7 @@
 #include "align/alignment.h"
-#include "align/channel_copy.h"
+#include "align/channel_correlation.h"
 #include "audio/decibels.h"
+#include "audio/progress.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,33 +14,36 @@ struct ChannelMeasurement {
     double corr = 0.0;
     bool ref_silent = false;
     bool dut_silent = false;
+    bool out_of_memory = false;
+    std::uint64_t failed_bytes = 0;
 };
 
 // sqrt(sum x^2 / frames); an empty channel has no level and counts as RMS 0 (so as silent).
-double rms(std::span<const double> x) {
-    if (x.empty()) return 0.0;
+double rms(const ChannelView& x) {
+    if (x.size == 0) return 0.0;
     double sum = 0.0;
-    for (const double v : x) {
+    for (std::size_t i = 0; i < x.size; ++i) {
+        const double v = view_at(x, i);
         sum += v * v;
     }
-    return std::sqrt(sum / static_cast<double>(x.size()));
+    return std::sqrt(sum / static_cast<double>(x.size));
 }
 
-// Correlates and measures channel k. Both mono copies are released on return, so only one
-// channel's buffers exist at a time.
+// Correlates and measures channel k, read in place from both files. A file without channel k
+// leaves the measurement zeroed (lag 0, correlation 0, not silent).
 ChannelMeasurement measure_channel(const WavFile& ref, const WavFile& dut, std::size_t k,
                                    std::size_t max_lag, double silence_level) {
     ChannelMeasurement m;
-    const MonoBuffer ref_k = copy_channel(ref, k);
-    const MonoBuffer dut_k = copy_channel(dut, k);
-    if (!ref_k || !dut_k) return m;
-    const std::span<const double> ref_span(ref_k.get(), ref.frames);
-    const std::span<const double> dut_span(dut_k.get(), dut.frames);
-    const CorrelationPeak peak = cross_correlate(ref_span, dut_span, max_lag, false);
+    if (k >= ref.channels || k >= dut.channels) return m;
+    const ChannelView ref_k = channel_view(ref, k);
+    const ChannelView dut_k = channel_view(dut, k);
+    const CorrelationPeak peak = correlate_channels(ref_k, dut_k, max_lag, false);
     m.lag = peak.lag;
     m.corr = peak.corr;
-    m.ref_silent = silence_level >= rms(ref_span);
-    m.dut_silent = silence_level >= rms(dut_span);
+    m.out_of_memory = peak.out_of_memory;
+    m.failed_bytes = peak.failed_bytes;
+    m.ref_silent = silence_level >= rms(ref_k);
+    m.dut_silent = silence_level >= rms(dut_k);
     return m;
 }
 
@@ -87,7 +91,14 @@ AlignmentResult align_channels(const WavFile& ref, const WavFile& dut, std::size
     const std::size_t count = std::min<std::size_t>(ref.channels, 2);
     std::array<ChannelMeasurement, 2> measured{};
     for (std::size_t k = 0; k < count; ++k) {
+        const double share = 1.0 / static_cast<double>(count);
+        const ProgressPart part(static_cast<double>(k) * share, static_cast<double>(k + 1) * share);
         measured[k] = measure_channel(ref, dut, k, max_lag, silence_level);
+        if (measured[k].out_of_memory) {
+            result.out_of_memory = true;
+            result.failed_bytes = measured[k].failed_bytes;
+            return result;
+        }
     }
     for (std::size_t k = 0; k < count; ++k) {
         result.channel[k] = classify(measured, k, ref.channels, confidence_threshold);

@@ -33,6 +33,10 @@ struct AlignmentDiagnosis {
     double last_corr = 0.0;
     std::int64_t first_lag = 0;
     std::int64_t last_lag = 0;
+    // One of the searches could not get its memory: the searches stopped there, the cause is
+    // no_match and means nothing, and the run must stop rather than explain the failure.
+    bool out_of_memory = false;
+    std::uint64_t failed_bytes = 0; // the size of the allocation that failed
 };
 
 using ChannelDiagnoses = std::array<AlignmentDiagnosis, 2>;

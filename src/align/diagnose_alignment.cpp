@@ -1,9 +1,8 @@
 #include "align/alignment_diagnosis.h"
-#include "align/channel_copy.h"
+#include "align/channel_correlation.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <span>
 
 namespace {
 
@@ -26,15 +25,29 @@ DiagnosisPlan plan_diagnosis(const WavFile& ref, const WavFile& dut, std::size_t
     return plan;
 }
 
+// One search of the diagnosis; a search that could not get its memory marks the diagnosis so and
+// reports false, and the channel's diagnosis ends there.
+bool search(const ChannelView& ref, const ChannelView& dut, std::size_t max_lag, bool invert,
+            AlignmentDiagnosis& d, CorrelationPeak& peak) {
+    peak = correlate_channels(ref, dut, max_lag, invert);
+    if (!peak.out_of_memory) return true;
+    d.out_of_memory = true;
+    d.failed_bytes = peak.failed_bytes;
+    return false;
+}
+
 // Correlates the first and the last stretch and names the cause they point to, if any.
-AlignmentCause search_stretches(std::span<const double> ref, std::span<const double> dut,
+AlignmentCause search_stretches(const ChannelView& ref, const ChannelView& dut,
                                 const DiagnosisPlan& plan, AlignmentDiagnosis& d) {
     const std::size_t q = plan.stretch;
     d.stretch_len = q;
     d.last_start = plan.common - q;
-    const CorrelationPeak first = cross_correlate(ref.first(q), dut.first(q), plan.max_lag, false);
-    const CorrelationPeak last = cross_correlate(ref.subspan(d.last_start, q),
-                                                 dut.subspan(d.last_start, q), plan.max_lag, false);
+    CorrelationPeak first;
+    CorrelationPeak last;
+    if (!search(view_slice(ref, 0, q), view_slice(dut, 0, q), plan.max_lag, false, d, first) ||
+        !search(view_slice(ref, d.last_start, q), view_slice(dut, d.last_start, q), plan.max_lag,
+                false, d, last))
+        return AlignmentCause::no_match;
     d.first_lag = first.lag;
     d.first_corr = first.corr;
     d.last_lag = last.lag;
@@ -49,11 +62,12 @@ AlignmentCause search_stretches(std::span<const double> ref, std::span<const dou
 }
 
 // Searches half the common length for a confident match the alignment window could not reach.
-AlignmentCause search_wide(std::span<const double> ref, std::span<const double> dut,
+AlignmentCause search_wide(const ChannelView& ref, const ChannelView& dut,
                            const DiagnosisPlan& plan, AlignmentDiagnosis& d) {
     const std::size_t bound = plan.common / 2;
     if (bound <= plan.max_lag) return AlignmentCause::no_match;
-    const CorrelationPeak wide = cross_correlate(ref, dut, bound, false);
+    CorrelationPeak wide;
+    if (!search(ref, dut, bound, false, d, wide)) return AlignmentCause::no_match;
     d.wide_lag = wide.lag;
     d.wide_corr = wide.corr;
     const bool outside = static_cast<std::size_t>(std::abs(wide.lag)) > plan.max_lag;
@@ -61,14 +75,16 @@ AlignmentCause search_wide(std::span<const double> ref, std::span<const double> 
     return AlignmentCause::no_match;
 }
 
-AlignmentCause find_cause(std::span<const double> ref, std::span<const double> dut,
-                          double whole_corr, const DiagnosisPlan& plan, AlignmentDiagnosis& d) {
-    d.inverted_corr = cross_correlate(ref, dut, plan.max_lag, true).corr;
+AlignmentCause find_cause(const ChannelView& ref, const ChannelView& dut, double whole_corr,
+                          const DiagnosisPlan& plan, AlignmentDiagnosis& d) {
+    CorrelationPeak inverted;
+    if (!search(ref, dut, plan.max_lag, true, d, inverted)) return AlignmentCause::no_match;
+    d.inverted_corr = inverted.corr;
     const double flipped = -d.inverted_corr;
     if (flipped >= plan.threshold && flipped > whole_corr) return AlignmentCause::polarity_inverted;
     if (plan.stretch > 0) {
         const AlignmentCause cause = search_stretches(ref, dut, plan, d);
-        if (cause != AlignmentCause::no_match) return cause;
+        if (cause != AlignmentCause::no_match || d.out_of_memory) return cause;
     }
     return search_wide(ref, dut, plan, d);
 }
@@ -86,12 +102,10 @@ ChannelDiagnoses diagnose_alignment(const WavFile& ref, const WavFile& dut,
         if (channel.state != AlignmentState::measured || channel.ok) continue;
         AlignmentDiagnosis& d = diagnosis[k];
         d.examined = true;
-        // A channel that cannot be copied (no memory, or a file without it) keeps cause 0.
-        const MonoBuffer ref_k = copy_channel(ref, k);
-        const MonoBuffer dut_k = copy_channel(dut, k);
-        if (!ref_k || !dut_k) continue;
-        d.cause = find_cause({ref_k.get(), ref.frames}, {dut_k.get(), dut.frames},
-                             channel.confidence, plan, d);
+        // A file without channel k leaves the channel at cause 0.
+        if (k >= ref.channels || k >= dut.channels) continue;
+        d.cause =
+            find_cause(channel_view(ref, k), channel_view(dut, k), channel.confidence, plan, d);
     }
     return diagnosis;
 }

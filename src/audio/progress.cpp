@@ -3,6 +3,8 @@
 namespace {
 
 ProgressListener g_listener = nullptr;
+double g_from = 0.0;  // where the current part starts within the stage
+double g_scale = 1.0; // the part's share of the stage
 
 } // namespace
 
@@ -13,5 +15,15 @@ ProgressListener set_progress_listener(ProgressListener listener) {
 }
 
 void report_progress(double fraction) {
-    if (g_listener != nullptr) g_listener(fraction);
+    if (g_listener != nullptr) g_listener(g_from + g_scale * fraction);
+}
+
+ProgressPart::ProgressPart(double from, double to) : saved_from_(g_from), saved_scale_(g_scale) {
+    g_from = saved_from_ + saved_scale_ * from;
+    g_scale = saved_scale_ * (to - from);
+}
+
+ProgressPart::~ProgressPart() {
+    g_from = saved_from_;
+    g_scale = saved_scale_;
 }

@@ -8,5 +8,21 @@ using ProgressListener = void (*)(double fraction);
 // Installs `listener` (null for none) and returns the one it replaces.
 ProgressListener set_progress_listener(ProgressListener listener);
 
-// Tells the listener that `fraction` (0 to 1) of the current stage's work is done.
+// Tells the listener that `fraction` (0 to 1) of the current work is done: of the stage, or of the
+// part of it that a ProgressPart names.
 void report_progress(double fraction);
+
+// While it lives, the reports of one part of a stage's work are mapped onto [from, to] of the
+// enclosing work (parts may nest): the two channels of a check report 0 to 1 each, and the stage
+// shows 0 to 50 % for the first and 50 to 100 % for the second.
+class ProgressPart {
+  public:
+    ProgressPart(double from, double to);
+    ~ProgressPart();
+    ProgressPart(const ProgressPart&) = delete;
+    ProgressPart& operator=(const ProgressPart&) = delete;
+
+  private:
+    double saved_from_;
+    double saved_scale_;
+};

@@ -1,0 +1,11 @@
+// The correlation search on channels read in place from a file's interleaved samples.
+#pragma once
+
+#include "align/alignment.h"
+#include "align/channel_view.h"
+
+#include <cstddef>
+
+// cross_correlate on two channel views.
+CorrelationPeak correlate_channels(const ChannelView& a, const ChannelView& b, std::size_t max_lag,
+                                   bool invert);
