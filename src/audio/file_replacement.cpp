@@ -105,7 +105,8 @@ bool replacement_write(FileReplacement& file, std::span<const std::uint8_t> byte
 }
 
 bool replacement_write_text(FileReplacement& file, std::string_view text) {
-    return replacement_write(file, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+    return replacement_write(file,
+                             {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
 }
 
 bool replacement_seal(FileReplacement& file) {

@@ -253,8 +253,8 @@ TEST(AnalyzeRun, ALongPathIsWrittenWholeAndEscaped) {
     write_wav(r.dut, kRate, 1, ref);
     const ProcessOutput run = r.run({"--quiet", "--json"});
     EXPECT_EQ(run.exit_status, 0) << run.err;
-    const std::string escaped = r.dir.path() + "/" + std::string(400, '\\') + "/" +
-                                std::string(200, '\\') + ".wav";
+    const std::string escaped =
+        r.dir.path() + "/" + std::string(400, '\\') + "/" + std::string(200, '\\') + ".wav";
     EXPECT_TRUE(has(read_text_file(r.json), "    \"ref_file\": \"" + escaped + "\",\n"));
 }
 
