@@ -2,6 +2,7 @@
 #include "audio/decibels.h"
 
 #include "audio/overlap.h"
+#include "audio/progress.h"
 #include "dsp/statistics.h"
 
 #include <algorithm>
@@ -13,6 +14,9 @@
 #include <span>
 
 namespace {
+
+// Samples between two progress reports.
+constexpr std::size_t kProgressStep = 1 << 16;
 
 using ScratchBuffer = std::unique_ptr<double[]>;
 
@@ -70,6 +74,8 @@ std::uint64_t scan_channel(const AlignedChannel& view, const LevelLimits& limits
     std::uint64_t run = 0;
     std::uint64_t longest = 0;
     for (std::size_t i = 0; i < view.length; ++i) {
+        if (i % kProgressStep == 0)
+            report_progress(static_cast<double>(i) / static_cast<double>(view.length));
         const double a = std::fabs(view.ref->samples[(view.ref_first + i) * stride + view.k]);
         const double b = std::fabs(view.dut->samples[(view.dut_first + i) * stride + view.k]);
         if (a < limits.floor && b < limits.floor) {
@@ -94,20 +100,15 @@ std::uint64_t scan_channel(const AlignedChannel& view, const LevelLimits& limits
     return longest;
 }
 
-// Median, MAD and p99 of the ratios, which it reorders. False when the scratch for the absolute
-// values cannot be allocated.
-bool fill_statistics(std::span<double> ratios, LevelFidelityChannel& out) {
-    const ScratchBuffer scratch(new (std::nothrow) double[ratios.size()]);
-    if (!scratch) return false;
-    const std::span<double> work(scratch.get(), ratios.size());
-    for (std::size_t i = 0; i < ratios.size(); ++i)
-        work[i] = std::fabs(ratios[i]);
-    out.p99_abs_db = nearest_rank_percentile(work, 0.99);
+// p99 of the magnitudes, median and MAD of the ratios, all in the ratios' own storage (which ends
+// up holding the absolute deviations): no second buffer the length of the file. Each statistic
+// sees the same values as it would in a copy, so the results are those of separate copies.
+void fill_statistics(std::span<double> ratios, LevelFidelityChannel& out) {
+    out.p99_abs_db = nearest_rank_magnitude_percentile(ratios, 0.99);
     out.median_db = median_of(ratios);
-    for (std::size_t i = 0; i < ratios.size(); ++i)
-        work[i] = std::fabs(ratios[i] - out.median_db);
-    out.mad_db = median_of(work);
-    return true;
+    for (double& ratio : ratios)
+        ratio = std::fabs(ratio - out.median_db);
+    out.mad_db = median_of(ratios);
 }
 
 void apply_run_rule(std::uint64_t longest, const LevelLimits& limits, LevelFidelityChannel& out) {
@@ -129,8 +130,7 @@ LevelFidelityChannel measure_channel(const AlignedChannel& view, const LevelLimi
         out.passed = true;
         return out;
     }
-    const std::span<double> stored(ratios.get(), out.samples_included);
-    if (!fill_statistics(stored, out)) return out;
+    fill_statistics(std::span<double>(ratios.get(), out.samples_included), out);
     out.passed = limits.tol >= out.p99_abs_db && !out.sustained_fail;
     return out;
 }
@@ -145,6 +145,8 @@ LevelFidelityResult level_fidelity(const WavFile& ref, const WavFile& dut, std::
     const LevelLimits limits = make_limits(ref, floor_db, tolerance_db, min_run_ms);
     const std::size_t examined = std::min<std::size_t>(ref.channels, 2);
     for (std::size_t k = 0; k < examined; ++k) {
+        const double share = 1.0 / static_cast<double>(examined);
+        const ProgressPart part(static_cast<double>(k) * share, static_cast<double>(k + 1) * share);
         result.channel[k] = measure_channel(aligned_channel(ref, dut, file_offset, k), limits);
         result.passed = result.passed && result.channel[k].passed;
     }

@@ -3,6 +3,7 @@
 #include "audio/rounding.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 namespace {
@@ -12,6 +13,12 @@ double select_at(std::span<double> values, std::size_t index) {
     const auto nth = values.begin() + static_cast<std::ptrdiff_t>(index);
     std::nth_element(values.begin(), nth, values.end());
     return *nth;
+}
+
+// round(p * (m - 1)), halves away from zero, clamped to the list (m > 0).
+std::size_t nearest_rank_index(std::size_t m, double p) {
+    const double last = static_cast<double>(m - 1);
+    return static_cast<std::size_t>(std::clamp(round_half_away_from_zero(p * last), 0.0, last));
 }
 
 } // namespace
@@ -31,7 +38,14 @@ double median_of(std::span<double> values) {
 double nearest_rank_percentile(std::span<double> values, double p) {
     const std::size_t m = values.size();
     if (m == 0) return 0.0;
-    const double last = static_cast<double>(m - 1);
-    const double rank = std::clamp(round_half_away_from_zero(p * last), 0.0, last);
-    return select_at(values, static_cast<std::size_t>(rank));
+    return select_at(values, nearest_rank_index(m, p));
+}
+
+double nearest_rank_magnitude_percentile(std::span<double> values, double p) {
+    const std::size_t m = values.size();
+    if (m == 0) return 0.0;
+    const auto nth = values.begin() + static_cast<std::ptrdiff_t>(nearest_rank_index(m, p));
+    std::nth_element(values.begin(), nth, values.end(),
+                     [](double a, double b) { return std::fabs(a) < std::fabs(b); });
+    return std::fabs(*nth);
 }

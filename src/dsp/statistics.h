@@ -13,3 +13,7 @@ double median_of(std::span<double> values);
 // away from zero and clamped to [0, m - 1] (p is meant to lie in [0, 1]); no interpolation. An
 // empty list gives 0.0.
 double nearest_rank_percentile(std::span<double> values, double p);
+
+// nearest_rank_percentile of the magnitudes |x| of the values, taken without a copy: the values
+// are reordered by magnitude but keep their signs, so the list can still serve a median after.
+double nearest_rank_magnitude_percentile(std::span<double> values, double p);

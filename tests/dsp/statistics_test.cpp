@@ -97,4 +97,26 @@ TEST(Statistics, SelectionKeepsTheValues) {
     EXPECT_EQ(sorted_copy(values), before);
 }
 
+TEST(Statistics, MagnitudePercentileEqualsThePercentileOfACopyOfMagnitudes) {
+    for (std::size_t m = 1; m <= 80; ++m) {
+        // A coarse grid of both signs, zeros of both signs among them, so magnitudes tie often.
+        std::vector<double> values = signal_uniform(100 + m, m, -3.0, 3.0);
+        for (double& value : values)
+            value = std::round(value * 2.0) / 2.0 + 0.0;
+        if (m > 2) values[1] = -0.0;
+        for (const double p : {0.0, 0.5, 0.95, 0.99, 1.0}) {
+            std::vector<double> magnitudes;
+            for (const double value : values)
+                magnitudes.push_back(std::fabs(value));
+            const double expected = nearest_rank_percentile(magnitudes, p);
+            std::vector<double> work = values;
+            const double got = nearest_rank_magnitude_percentile(work, p);
+            EXPECT_EQ(got, expected) << m << " " << p;
+            EXPECT_FALSE(std::signbit(got));
+            // Reordered, but the same signed values: a median taken after it is unchanged.
+            EXPECT_EQ(sorted_copy(work), sorted_copy(values));
+        }
+    }
+}
+
 } // namespace
