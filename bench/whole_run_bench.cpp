@@ -2,8 +2,9 @@
 // 60-minute (or the minutes given as arguments) stereo 48 kHz 24-bit pair of program-like
 // material, the DUT 123 frames late and slightly changed, as a lossy codec would leave it. Each
 // run goes in a child process so that its peak resident memory (the child's ru_maxrss) is the
-// run's alone; the child reports its stage times (SONALYX_STAGE_TIMES). The table compares the
-// wall time with reading both files once (`cat ref dut > /dev/null`).
+// run's alone; the child reports each stage's time and the peak memory so far
+// (SONALYX_STAGE_TIMES). The table compares the wall time with reading both files once
+// (`cat ref dut > /dev/null`).
 #include "bench_pair.h"
 #include "cli/commands.h"
 #include "cli/run_stage.h"
@@ -12,7 +13,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <map>
 #include <sstream>
 #include <string>
 #include <sys/resource.h>
@@ -138,20 +138,28 @@ ChildRun run_cat(const TempDir& dir) {
     });
 }
 
-// The stage times the child printed, summed by the stage's first two words.
-std::map<std::string, double> stage_times(const std::string& err_text) {
-    std::map<std::string, double> times;
+struct StageCost {
+    double seconds = 0.0;
+    double peak_mib = 0.0; // the run's peak resident memory when the stage ended
+};
+
+// The stages the child printed, in order, each named without the path it names.
+std::vector<std::pair<std::string, StageCost>> stage_costs(const std::string& err_text) {
+    std::vector<std::pair<std::string, StageCost>> stages;
     std::istringstream lines(err_text);
-    std::string word;
-    while (lines >> word) {
-        if (word != "stage-time") continue;
-        double seconds = 0.0;
-        std::string first;
-        std::string second;
-        lines >> seconds >> first >> second;
-        times[first + " " + second] += seconds;
+    std::string line;
+    while (std::getline(lines, line)) {
+        std::istringstream words(line);
+        std::string tag;
+        StageCost cost;
+        long peak_kib = 0;
+        if (!(words >> tag >> cost.seconds >> peak_kib) || tag != "stage-time") continue;
+        cost.peak_mib = static_cast<double>(peak_kib) / 1024.0;
+        std::string name;
+        std::getline(words >> std::ws, name);
+        stages.emplace_back(name.substr(0, name.find(" '")), cost);
     }
-    return times;
+    return stages;
 }
 
 int bench(double minutes) {
@@ -171,8 +179,9 @@ int bench(double minutes) {
     std::printf("%-34s %12.1f\n", "peak RSS MiB", run.peak_mib);
     std::printf("%-34s %12.2f\n", "cat ref dut > /dev/null, seconds", cat.seconds);
     std::printf("%-34s %12.1f\n", "ratio to cat", run.seconds / cat.seconds);
-    for (const auto& [stage, seconds] : stage_times(read_text_file(dir.file("stderr"))))
-        std::printf("  %-32s %12.2f\n", stage.c_str(), seconds);
+    std::printf("%-34s %12s %12s\n", "stage", "seconds", "peak MiB");
+    for (const auto& [stage, cost] : stage_costs(read_text_file(dir.file("stderr"))))
+        std::printf("  %-32s %12.2f %12.1f\n", stage.c_str(), cost.seconds, cost.peak_mib);
     return 0;
 }
 

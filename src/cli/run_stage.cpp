@@ -7,6 +7,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -37,10 +38,14 @@ bool stage_times_wanted() {
     return wanted;
 }
 
-// Prints how long the current stage took, when that is wanted and a stage is running.
+// Prints how long the current stage took and the peak resident memory so far, when that is
+// wanted and a stage is running.
 void end_stage() {
     if (!stage_times_wanted() || g_stage_start < 0.0) return;
-    std::fprintf(stderr, "stage-time %.3f %s\n", seconds_now() - g_stage_start, g_stage);
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    std::fprintf(stderr, "stage-time %.3f %ld %s\n", seconds_now() - g_stage_start,
+                 static_cast<long>(usage.ru_maxrss), g_stage);
 }
 
 } // namespace

@@ -23,5 +23,6 @@ void show_stage_progress();
 void clear_stage_progress();
 
 // Ends the last stage. With SONALYX_STAGE_TIMES set in the environment, every stage prints
-// "stage-time <seconds> <stage>" to standard error as it ends, for the whole-run benchmark.
+// "stage-time <seconds> <peak resident KiB so far> <stage>" to standard error as it ends, for
+// the whole-run benchmark.
 void finish_run_stages();
