@@ -4,13 +4,15 @@
 #include "audio/overlap.h"
 #include "dsp/artifact_events.h"
 #include "dsp/artifact_sample.h"
+#include "dsp/nothrow_array.h"
+#include "dsp/radix_median.h"
+#include "dsp/sliding_bounds.h"
 #include "dsp/sliding_median.h"
-#include "dsp/statistics.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
-#include <new>
 #include <span>
 
 namespace {
@@ -69,55 +71,173 @@ void fill_differences(const ChannelPair& p, std::span<double> e) {
 }
 
 // The whole-file spread: the median of |e - median(e)|, raised to kMinSpread. Every difference of
-// the overlap takes part, those of excluded samples too. The median routine reorders its input,
-// so the differences are worked on in `e` and written back in order after.
-double global_spread(const ChannelPair& p, std::span<double> e) {
-    fill_differences(p, e);
-    const double centre = median_of(e);
-    for (double& v : e)
-        v = std::fabs(v - centre);
-    const double spread = std::max(median_of(e), kMinSpread);
-    fill_differences(p, e);
-    return spread;
+// the overlap takes part, those of excluded samples too.
+double global_spread(std::span<const double> e) {
+    const double centre = radix_median(e);
+    return std::max(radix_median_of_deviations(e, centre), kMinSpread);
 }
 
-// Flags every sample that is not excluded and whose local deviation exceeds k or that passes the
-// silence/clip test, and hands the flagged ones to the event walk.
-void scan_samples(const ChannelPair& p, const ScanSettings& s, std::span<const double> e,
-                  double global, std::span<double> window, ArtifactEventWalk& walk,
-                  ArtifactChannelResult& out) {
-    SlidingNeighbourhood hood = sliding_start(e, s.half, window);
-    for (std::size_t i = 0; i < p.length; ++i, sliding_advance(hood)) {
-        const double r = ref_sample(p, i);
-        const double d = dut_sample(p, i);
-        // An excluded sample is never flagged but keeps its place in its neighbours' windows.
-        if (artifact_sample_excluded(r, d, s.floor)) {
-            ++out.samples_excluded;
+// What the scan of one channel works with: the pair, the settings, the differences, the
+// whole-file spread, the exact neighbourhood cursor and the figures being gathered.
+struct ChannelScan {
+    const ChannelPair* pair = nullptr;
+    const ScanSettings* settings = nullptr;
+    std::span<const double> differences;
+    double global = 0.0;
+    SlidingNeighbourhood exact;
+    ArtifactEventWalk* walk = nullptr;
+    ArtifactChannelResult* out = nullptr;
+};
+
+// For a batch of samples: every median lies in [median_low, median_high], and no distance from
+// the median up to `within` can give a local deviation above k. With every denominator
+// kMadToSigma * max(MAD, kMinSpread) at least low = kMadToSigma * max(mad_low, kMinSpread) and
+// k > 0, `within` is the next double below k * low: a distance a <= within has a / denominator
+// <= k, and rounding the quotient cannot lift it above k. `usable` is false for k <= 0 (or NaN),
+// where no bound saves the exact figures.
+struct BatchLimits {
+    double median_low = 0.0;
+    double median_high = 0.0;
+    double within = 0.0;
+    bool usable = false;
+};
+
+BatchLimits batch_limits(const NeighbourhoodBounds& b, double k) {
+    const double low = kMadToSigma * std::max(b.mad_low, kMinSpread);
+    const double within = std::nextafter(k * low, -std::numeric_limits<double>::infinity());
+    return {b.median_low, b.median_high, within, b.usable && k > 0.0};
+}
+
+// True when the sample's local deviation cannot exceed k whatever its exact figures: its distance
+// from the median is at most the larger distance from the median's bounds.
+bool surely_within(const BatchLimits& limits, double e) {
+    const double a_high =
+        std::max(std::fabs(e - limits.median_low), std::fabs(e - limits.median_high));
+    return a_high <= limits.within;
+}
+
+// Flags sample i when it is not excluded and its local deviation exceeds k or it passes the
+// silence/clip test, and hands it to the event walk. With limits that settle it, a sample that
+// cannot be flagged needs no exact neighbourhood figures. True when it took the exact figures.
+bool scan_sample(ChannelScan& scan, std::size_t i, const BatchLimits* limits) {
+    const ChannelPair& p = *scan.pair;
+    const ScanSettings& s = *scan.settings;
+    const double r = ref_sample(p, i);
+    const double d = dut_sample(p, i);
+    // An excluded sample is never flagged but keeps its place in its neighbours' windows.
+    if (artifact_sample_excluded(r, d, s.floor)) {
+        ++scan.out->samples_excluded;
+        return false;
+    }
+    const double e = scan.differences[i];
+    const bool silence_clip = artifact_silence_or_clip(r, d, s.float_dut);
+    if (!silence_clip && limits && surely_within(*limits, e)) return false;
+    sliding_seek(scan.exact, i);
+    // An empty neighbourhood gives median 0 and spread 0, raised to kMinSpread.
+    const NeighbourhoodStats local = neighbourhood_stats(scan.exact);
+    const double a = std::fabs(e - local.median);
+    const double z_local = a / (kMadToSigma * std::max(local.mad, kMinSpread));
+    if (!(z_local > s.rules.k) && !silence_clip) return true;
+    const double z_global = a / (kMadToSigma * scan.global);
+    artifact_walk_flagged(*scan.walk, {p.ref_first + i, z_local, z_global, silence_clip});
+    return true;
+}
+
+// The batch bounds pay off while they settle most samples. Where many samples need their exact
+// figures anyway (most of them flagged, say), the cursor alone is cheaper: after kReviewBatches
+// batches in which more than one sample in kBusyShare took exact figures, the bounds rest for
+// kRestSamples samples and then start afresh.
+constexpr std::size_t kReviewBatches = 64;
+constexpr std::size_t kBusyShare = 8;
+constexpr std::size_t kRestSamples = std::size_t{1} << 14;
+
+struct BoundsRun {
+    SlidingBounds bounds;
+    std::size_t resume = 0;  // where resting bounds start again
+    std::size_t batches = 0; // batches since the last review
+    std::size_t exact = 0;   // samples of those batches that took exact figures
+};
+
+// True when a batch of bounds starts at sample i, starting resting bounds again there first.
+// Without a positive k (or with a NaN) no bound can settle a sample, so none are kept.
+bool batch_starts(BoundsRun& run, const ChannelScan& scan, std::size_t i) {
+    if (!(scan.settings->rules.k > 0.0)) return false;
+    if (!run.bounds.active && i == run.resume)
+        run.bounds = sliding_bounds_start(scan.differences, scan.settings->half, i);
+    return run.bounds.active && i == run.bounds.first;
+}
+
+void review(BoundsRun& run, std::size_t exact, std::size_t next_sample) {
+    run.exact += exact;
+    if (++run.batches < kReviewBatches) return;
+    if (run.exact * kBusyShare > run.batches * kBoundsBatch) {
+        run.bounds.active = false;
+        run.resume = next_sample + kRestSamples;
+    }
+    run.batches = 0;
+    run.exact = 0;
+}
+
+// Scans every sample in order. Where whole batches of windows lie inside the overlap, their
+// bounds settle most samples; the others take their exact figures from the cursor.
+void scan_samples(ChannelScan& scan) {
+    const std::size_t length = scan.pair->length;
+    BoundsRun run;
+    run.resume = scan.settings->half;
+    std::size_t i = 0;
+    while (i < length) {
+        if (!batch_starts(run, scan, i)) {
+            scan_sample(scan, i++, nullptr);
             continue;
         }
-        // An empty neighbourhood gives median 0 and spread 0, raised to kMinSpread.
-        const NeighbourhoodStats local = neighbourhood_stats(hood);
-        const double a = std::fabs(e[i] - local.median);
-        const double z_local = a / (kMadToSigma * std::max(local.mad, kMinSpread));
-        const bool silence_clip = artifact_silence_or_clip(r, d, s.float_dut);
-        if (!(z_local > s.rules.k) && !silence_clip) continue;
-        const double z_global = a / (kMadToSigma * global);
-        artifact_walk_flagged(walk, {p.ref_first + i, z_local, z_global, silence_clip});
+        const BatchLimits limits =
+            batch_limits(sliding_bounds_of(run.bounds), scan.settings->rules.k);
+        // The slide to the next batch goes first: the samples of this one do not depend on it,
+        // so their tests run while its long chains of dependent loads wait.
+        sliding_bounds_next(run.bounds);
+        std::size_t exact = 0;
+        for (const std::size_t end = i + kBoundsBatch; i < end; ++i)
+            exact += scan_sample(scan, i, limits.usable ? &limits : nullptr) ? 1 : 0;
+        review(run, exact, i);
     }
 }
 
-ArtifactChannelResult measure_channel(const ChannelPair& p, const ScanSettings& s) {
+// Working arrays the channels share in turn: the differences and the exact cursor's window.
+struct ChannelScratch {
+    Scratch differences;
+    Scratch window;
+    std::size_t length = 0;
+    std::size_t window_size = 0;
+};
+
+// Null arrays when they cannot be allocated.
+ChannelScratch channel_scratch(std::size_t length, std::size_t half) {
+    ChannelScratch scratch;
+    scratch.length = length;
+    scratch.window_size = sliding_scratch_size(length, half);
+    scratch.differences = try_allocate_doubles(length);
+    scratch.window = try_allocate_doubles(scratch.window_size);
+    return scratch;
+}
+
+ArtifactChannelResult measure_channel(const ChannelPair& p, const ScanSettings& s,
+                                      const ChannelScratch& scratch) {
     ArtifactChannelResult out;
     if (p.length == 0) return out;
-    const Scratch differences(new (std::nothrow) double[p.length]);
-    const std::size_t window_size = sliding_scratch_size(p.length, s.half);
-    const Scratch window(new (std::nothrow) double[window_size]);
-    if (!differences || !window) return out;
-    const std::span<double> e(differences.get(), p.length);
-    const double global = global_spread(p, e);
+    if (!scratch.differences || !scratch.window || scratch.length < p.length) return out;
+    const std::span<double> e(scratch.differences.get(), p.length);
+    fill_differences(p, e);
     ArtifactEventWalk walk;
     walk.rules = s.rules;
-    scan_samples(p, s, e, global, std::span<double>(window.get(), window_size), walk, out);
+    ChannelScan scan;
+    scan.pair = &p;
+    scan.settings = &s;
+    scan.differences = e;
+    scan.global = global_spread(e);
+    scan.exact = sliding_start(e, s.half, {scratch.window.get(), scratch.window_size});
+    scan.walk = &walk;
+    scan.out = &out;
+    scan_samples(scan);
     out.samples_checked = p.length;
     artifact_walk_finish(walk, out);
     return out;
@@ -138,8 +258,13 @@ ArtifactResult artifact_check(const WavFile& ref, const WavFile& dut, std::int64
     s.half = window_samples / 2;
     s.rules = {k, min_run, min_severity, min_global_severity, min_silence_clip_run};
     const std::size_t examined = std::min<std::size_t>(ref.channels, 2);
+    // Every channel the DUT has spans the same overlap, so one set of arrays serves them all.
+    const std::size_t length = overlap_from_offset(dut_offset, ref.frames, dut.frames).length;
+    const ChannelScratch scratch =
+        channel_scratch(examined > 0 && dut.channels > 0 ? length : 0, s.half);
     for (std::size_t channel = 0; channel < examined; ++channel) {
-        result.channel[channel] = measure_channel(channel_pair(ref, dut, dut_offset, channel), s);
+        const ChannelPair pair = channel_pair(ref, dut, dut_offset, channel);
+        result.channel[channel] = measure_channel(pair, s, scratch);
         result.passed = result.passed && result.channel[channel].passed;
     }
     return result;

@@ -1,48 +1,72 @@
 #include "dsp/block_sums.h"
 
+#include "dsp/double_pair.h"
+
 #include <algorithm>
+#include <array>
 
 namespace {
 
-// Continues `sum` over x[from] .. x[to - 1].
-double add_squares(const double* x, std::size_t from, std::size_t to, double sum) {
+// Continues `sum` over frames from .. to - 1 of the squares starting at p.
+template <class Lane> Lane add_frames(const double* p, std::size_t from, std::size_t to, Lane sum) {
     for (std::size_t i = from; i < to; ++i)
-        sum += x[i] * x[i];
+        sum += load_lane<Lane>(p + i * kLaneChannels<Lane>);
     return sum;
 }
 
-// Four ranges: their common length side by side, then each remainder on its own.
-void four_sums(const double* x, std::span<const SampleRange> r, std::span<double> sums) {
-    const double* p0 = x + r[0].start;
-    const double* p1 = x + r[1].start;
-    const double* p2 = x + r[2].start;
-    const double* p3 = x + r[3].start;
-    const std::size_t common = std::min({r[0].end - r[0].start, r[1].end - r[1].start,
-                                         r[2].end - r[2].start, r[3].end - r[3].start});
-    double s0 = 0.0;
-    double s1 = 0.0;
-    double s2 = 0.0;
-    double s3 = 0.0;
-    for (std::size_t i = 0; i < common; ++i) {
-        s0 += p0[i] * p0[i];
-        s1 += p1[i] * p1[i];
-        s2 += p2[i] * p2[i];
-        s3 += p3[i] * p3[i];
+// Every range on its own.
+template <class Lane>
+void one_by_one(const FrameSquares& q, std::span<const SampleRange> ranges, double* sums) {
+    for (std::size_t g = 0; g < ranges.size(); ++g) {
+        const Lane sum = add_frames(q.data, ranges[g].start, ranges[g].end, Lane{});
+        store_lane(sums + g * kLaneChannels<Lane>, sum);
     }
-    sums[0] = add_squares(p0, common, r[0].end - r[0].start, s0);
-    sums[1] = add_squares(p1, common, r[1].end - r[1].start, s1);
-    sums[2] = add_squares(p2, common, r[2].end - r[2].start, s2);
-    sums[3] = add_squares(p3, common, r[3].end - r[3].start, s3);
+}
+
+// Eight ranges: their common length side by side, then each remainder on its own.
+template <class Lane>
+void eight_side_by_side(const FrameSquares& q, std::span<const SampleRange> r, double* sums) {
+    constexpr std::size_t c = kLaneChannels<Lane>;
+    std::array<const double*, kSquareSumLanes> p{};
+    std::size_t common = r[0].end - r[0].start;
+    for (std::size_t g = 0; g < kSquareSumLanes; ++g) {
+        p[g] = q.data + r[g].start * c;
+        common = std::min(common, r[g].end - r[g].start);
+    }
+    std::array<Lane, kSquareSumLanes> s{};
+    for (std::size_t i = 0; i < common; ++i) {
+        const std::size_t at = i * c;
+        s[0] += load_lane<Lane>(p[0] + at);
+        s[1] += load_lane<Lane>(p[1] + at);
+        s[2] += load_lane<Lane>(p[2] + at);
+        s[3] += load_lane<Lane>(p[3] + at);
+        s[4] += load_lane<Lane>(p[4] + at);
+        s[5] += load_lane<Lane>(p[5] + at);
+        s[6] += load_lane<Lane>(p[6] + at);
+        s[7] += load_lane<Lane>(p[7] + at);
+    }
+    for (std::size_t g = 0; g < kSquareSumLanes; ++g) {
+        const Lane sum = add_frames(p[g], common, r[g].end - r[g].start, s[g]);
+        store_lane(sums + g * c, sum);
+    }
+}
+
+template <class Lane>
+void lane_sums(const FrameSquares& q, std::span<const SampleRange> ranges, double* sums) {
+    if (ranges.size() == kSquareSumLanes) {
+        eight_side_by_side<Lane>(q, ranges, sums);
+    } else {
+        one_by_one<Lane>(q, ranges, sums);
+    }
 }
 
 } // namespace
 
-void sums_of_squares(const double* x, std::span<const SampleRange> ranges, std::span<double> sums) {
-    if (ranges.size() == kSquareSumLanes) {
-        four_sums(x, ranges, sums);
-        return;
-    }
-    for (std::size_t g = 0; g < ranges.size(); ++g) {
-        sums[g] = add_squares(x, ranges[g].start, ranges[g].end, 0.0);
+void sums_of_squares(const FrameSquares& squares, std::span<const SampleRange> ranges,
+                     std::span<double> sums) {
+    if (squares.channels == 2) {
+        lane_sums<DoublePair>(squares, ranges, sums.data());
+    } else {
+        lane_sums<double>(squares, ranges, sums.data());
     }
 }

@@ -6,34 +6,38 @@
 
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <utility>
 
 namespace {
 
-// Blocks whose loudness is computed together: up to kSquareSumLanes sample ranges.
-struct BlockGroup {
-    std::array<SampleRange, kSquareSumLanes> ranges{};
-    std::size_t size = 0;
-};
-
 // Appends the loudness of every block of the group to the list, and each block's per-channel mean
-// squares when the list keeps them. Per channel, z = (sum of squares) / (sample count); each
-// block's power adds the channels' z in channel order.
-void emit_group(std::span<const std::span<const double>> channels, const BlockGroup& group,
+// squares when the list keeps them; the squares held start at frame `base`. Per channel,
+// z = (sum of squares) / (sample count); each block's power adds the channels' z in channel order.
+void emit_group(const FrameSquares& held, std::size_t base, const BlockGroup& group,
                 LoudnessBlockList& list) {
-    const std::span<const SampleRange> ranges(group.ranges.data(), group.size);
-    std::array<double, kSquareSumLanes> power{};
-    std::array<double, kSquareSumLanes> sums{};
-    for (std::size_t k = 0; k < channels.size(); ++k) {
-        sums_of_squares(channels[k].data(), ranges, sums);
-        for (std::size_t g = 0; g < group.size; ++g) {
-            const double z = sums[g] / static_cast<double>(ranges[g].end - ranges[g].start);
-            if (list.mean_squares) list.mean_squares[(list.count + g) * list.channels + k] = z;
-            power[g] += z;
-        }
-    }
+    std::array<SampleRange, kSquareSumLanes> ranges{};
+    for (std::size_t g = 0; g < group.size; ++g)
+        ranges[g] = {group.ranges[g].start - base, group.ranges[g].end - base};
+    const std::size_t channels = held.channels;
+    std::array<double, kSquareSumLanes * 2> sums{};
+    sums_of_squares(held, std::span<const SampleRange>(ranges.data(), group.size), sums);
     for (std::size_t g = 0; g < group.size; ++g) {
-        list.loudness[list.count++] = loudness_of_power(power[g]);
+        const auto count = static_cast<double>(ranges[g].end - ranges[g].start);
+        double power = 0.0;
+        for (std::size_t k = 0; k < channels; ++k) {
+            const double z = sums[g * channels + k] / count;
+            if (list.mean_squares) list.mean_squares[(list.count + g) * channels + k] = z;
+            power += z;
+        }
+        list.loudness[list.count + g] = loudness_of_power(power);
     }
+    list.count += group.size;
+}
+
+// A block is scanned when it holds at least one frame and ends within the signal.
+bool block_kept(const SampleRange& block, std::size_t length) {
+    return block.end <= length && block.end > block.start;
 }
 
 // Allocates room for `positions` blocks; false (with nothing allocated) when that fails.
@@ -69,22 +73,56 @@ SampleRange loudness_block_span(std::size_t j, double sample_rate, LoudnessBlock
     return {static_cast<std::size_t>(start), static_cast<std::size_t>(end)};
 }
 
-LoudnessBlockList loudness_blocks(std::span<const std::span<const double>> channels,
-                                  std::size_t length, double sample_rate, LoudnessBlockShape shape,
-                                  bool keep_mean_squares) {
-    LoudnessBlockList list;
-    list.channels = channels.size();
+LoudnessBlockScan loudness_block_scan(std::size_t channels, std::size_t length, double sample_rate,
+                                      LoudnessBlockShape shape, bool keep_mean_squares) {
+    LoudnessBlockScan scan;
+    scan.sample_rate = sample_rate;
+    scan.shape = shape;
+    scan.length = length;
+    scan.list.channels = channels;
     const std::size_t positions = loudness_block_count(length, sample_rate, shape);
-    if (positions == 0 || !allocate_list(list, positions, keep_mean_squares)) return list;
-    BlockGroup group;
-    for (std::size_t j = 0; j < positions; ++j) {
-        const SampleRange block = loudness_block_span(j, sample_rate, shape);
-        if (block.end > length || block.end <= block.start) continue;
-        group.ranges[group.size++] = block;
-        if (group.size < kSquareSumLanes) continue;
-        emit_group(channels, group, list);
-        group.size = 0;
+    scan.allocated = positions == 0 || allocate_list(scan.list, positions, keep_mean_squares);
+    if (positions > 0 && scan.allocated) scan.positions = positions;
+    return scan;
+}
+
+void loudness_block_scan_feed(LoudnessBlockScan& scan, const FrameSquares& held, std::size_t base,
+                              bool last) {
+    const std::size_t arrived = base + held.frames;
+    for (; scan.next < scan.positions; ++scan.next) {
+        const SampleRange block = loudness_block_span(scan.next, scan.sample_rate, scan.shape);
+        if (!block_kept(block, scan.length)) continue;
+        if (block.end > arrived) break;
+        scan.group.ranges[scan.group.size++] = block;
+        if (scan.group.size < kSquareSumLanes) continue;
+        emit_group(held, base, scan.group, scan.list);
+        scan.group.size = 0;
     }
-    if (group.size > 0) emit_group(channels, group, list);
-    return list;
+    if (last && scan.group.size > 0) {
+        emit_group(held, base, scan.group, scan.list);
+        scan.group.size = 0;
+    }
+}
+
+std::size_t loudness_block_scan_needs(const LoudnessBlockScan& scan) {
+    if (scan.group.size > 0) return scan.group.ranges[0].start;
+    if (scan.next < scan.positions)
+        return loudness_block_span(scan.next, scan.sample_rate, scan.shape).start;
+    return SIZE_MAX;
+}
+
+LoudnessBlockList loudness_blocks(const FrameSquares& squares, double sample_rate,
+                                  LoudnessBlockShape shape, bool keep_mean_squares) {
+    LoudnessBlockScan scan = loudness_block_scan(squares.channels, squares.frames, sample_rate,
+                                                 shape, keep_mean_squares);
+    loudness_block_scan_feed(scan, squares, 0, true);
+    return std::move(scan.list);
+}
+
+std::size_t loudness_kept_blocks(std::size_t length, double sample_rate, LoudnessBlockShape shape) {
+    const std::size_t positions = loudness_block_count(length, sample_rate, shape);
+    std::size_t kept = 0;
+    for (std::size_t j = 0; j < positions; ++j)
+        kept += block_kept(loudness_block_span(j, sample_rate, shape), length) ? 1 : 0;
+    return kept;
 }

@@ -58,7 +58,7 @@ double integrated_loudness(const LoudnessBlockList& momentary) {
     return loudness_of_power(gated.power);
 }
 
-double max_block_loudness(const LoudnessBlockList& blocks) {
-    if (blocks.count == 0) return kSilenceDb;
-    return *std::max_element(blocks.loudness.get(), blocks.loudness.get() + blocks.count);
+double max_block_loudness(const LoudnessBlockList& blocks, std::size_t count) {
+    if (count == 0) return kSilenceDb;
+    return *std::max_element(blocks.loudness.get(), blocks.loudness.get() + count);
 }

@@ -5,9 +5,12 @@
 
 #include "dsp/loudness_blocks.h"
 
+#include <cstddef>
+
 // The integrated loudness of momentary blocks scanned with their per-channel mean squares;
 // -200.0 when no block passes both gates.
 double integrated_loudness(const LoudnessBlockList& momentary);
 
-// The largest block loudness of the list, no gating; -200.0 for an empty list.
-double max_block_loudness(const LoudnessBlockList& blocks);
+// The largest loudness among the first `count` blocks of the list (count <= blocks.count), no
+// gating; -200.0 when count is 0.
+double max_block_loudness(const LoudnessBlockList& blocks, std::size_t count);

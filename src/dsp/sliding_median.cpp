@@ -169,6 +169,18 @@ Cut find_cut(const DeviationRuns& r, std::size_t rank, std::size_t& hint) {
     return cut_at(r, rank, share);
 }
 
+// Sorts the window of the value at s.centre into s.sorted afresh, +inf after it.
+void fill_window(SlidingNeighbourhood& s) {
+    const std::size_t first = s.centre > s.half ? s.centre - s.half : 0;
+    const std::size_t last = std::min(s.centre + s.half + 1, s.values.size());
+    s.held = last - first;
+    const auto held = static_cast<std::ptrdiff_t>(s.held);
+    std::fill(s.sorted.begin(), s.sorted.end(), kPadding);
+    std::copy(s.values.begin() + static_cast<std::ptrdiff_t>(first),
+              s.values.begin() + static_cast<std::ptrdiff_t>(last), s.sorted.begin());
+    std::sort(s.sorted.begin(), s.sorted.begin() + held);
+}
+
 } // namespace
 
 std::size_t sliding_scratch_size(std::size_t count, std::size_t half) {
@@ -183,12 +195,18 @@ SlidingNeighbourhood sliding_start(std::span<const double> values, std::size_t h
     // A half-width beyond the series reaches no further than the series itself.
     s.half = std::min(half, values.size());
     s.sorted = scratch.first(sliding_scratch_size(values.size(), s.half));
-    s.held = std::min(s.half + 1, values.size());
-    const auto held = static_cast<std::ptrdiff_t>(s.held);
-    std::fill(s.sorted.begin(), s.sorted.end(), kPadding);
-    std::copy(values.begin(), values.begin() + held, s.sorted.begin());
-    std::sort(s.sorted.begin(), s.sorted.begin() + held);
+    fill_window(s);
     return s;
+}
+
+void sliding_seek(SlidingNeighbourhood& s, std::size_t centre) {
+    if (centre >= s.centre && centre - s.centre <= s.half) {
+        while (s.centre < centre)
+            sliding_advance(s);
+        return;
+    }
+    s.centre = centre;
+    fill_window(s);
 }
 
 void sliding_advance(SlidingNeighbourhood& s) {

@@ -40,5 +40,9 @@ SlidingNeighbourhood sliding_start(std::span<const double> values, std::size_t h
 // Moves the cursor to the next value; past the last value it stays where it is.
 void sliding_advance(SlidingNeighbourhood& s);
 
+// Moves the cursor to values[centre] (centre < values.size()): step by step when that lies at
+// most `half` values ahead, else by sorting the window there afresh.
+void sliding_seek(SlidingNeighbourhood& s, std::size_t centre);
+
 // The statistics of the neighbourhood of values[s.centre]; updates only the cursor's hint.
 NeighbourhoodStats neighbourhood_stats(SlidingNeighbourhood& s);

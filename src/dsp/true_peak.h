@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstddef>
-#include <span>
 
 inline constexpr std::size_t kTruePeakTaps = 48;
 inline constexpr std::size_t kTruePeakPhases = 4;
@@ -16,10 +15,13 @@ using TruePeakFilter = std::array<double, kTruePeakTaps>;
 // 0.54 - 0.46 cos(2 pi k / 47); then every tap is scaled by 4 / (sum of the taps).
 TruePeakFilter true_peak_filter();
 
-// The largest |x| of the channel; 0.0 when it is empty.
-double channel_sample_peak(std::span<const double> x);
+// The largest |x| of the `count` samples first[0], first[stride], first[2 * stride], ...; 0.0
+// when there are none.
+double channel_sample_peak(const double* first, std::size_t count, std::size_t stride);
 
-// The largest |y| over every input sample n and phase p, y = sum over j = 0 .. 11 of
-// h[p + 4 j] x[n - j], samples before the start counting as 0. The input samples themselves are
-// not candidates. 0.0 when the channel is empty.
-double channel_true_peak(std::span<const double> x, const TruePeakFilter& h);
+// For the same samples x[n] = first[n * stride]: the largest |y| over every input sample n and
+// phase p, y = sum over j = 0 .. 11 of h[p + 4 j] x[n - j] added in the order of j, samples
+// before the start counting as 0. The input samples themselves are not candidates. 0.0 when there
+// are no samples.
+double channel_true_peak(const double* first, std::size_t count, std::size_t stride,
+                         const TruePeakFilter& h);

@@ -281,7 +281,7 @@ TEST(AnalyzeRun, AnOutputDirectoryThatCannotBeMadeIsOneError) {
     write_wav(r.ref, kRate, 1, ref);
     write_wav(r.dut, kRate, 1, ref);
     // A missing parent, and a regular file where a folder should be: one line each time.
-    for (const std::string folder : {r.dir.file("missing/deeper"), r.ref + "/sub"}) {
+    for (const std::string& folder : {r.dir.file("missing/deeper"), r.ref + "/sub"}) {
         r.out = folder + "/";
         const ProcessOutput run = r.run({"--quiet", "--json"});
         EXPECT_EQ(run.exit_status, 1);

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cmath>
-#include <span>
 #include <vector>
 
 namespace {
@@ -15,11 +14,16 @@ namespace {
 constexpr LoudnessBlockShape kMomentary{0.4, 0.75};
 constexpr LoudnessBlockShape kShortTerm{3.0, 0.97};
 
+// Scans the squares of the equally long channels (one or two), frame by frame.
 LoudnessBlockList scan(const std::vector<std::vector<double>>& channels, double rate,
                        LoudnessBlockShape shape, bool keep = true) {
-    std::vector<std::span<const double>> views(channels.begin(), channels.end());
     const std::size_t length = channels.empty() ? 0 : channels[0].size();
-    return loudness_blocks(views, length, rate, shape, keep);
+    std::vector<double> squares;
+    for (std::size_t i = 0; i < length; ++i) {
+        for (const std::vector<double>& channel : channels)
+            squares.push_back(channel[i] * channel[i]);
+    }
+    return loudness_blocks({squares.data(), channels.size(), length}, rate, shape, keep);
 }
 
 TEST(LoudnessBlocks, CountFollowsTheFormula) {

@@ -1,6 +1,6 @@
 // Integrated loudness from hand-made momentary block lists: the inclusive absolute gate of the
 // first pass, the strict gates of the second, the relative threshold, several channels, and the
-// largest block loudness.
+// largest block loudness of a list or of its first blocks.
 #include "dsp/loudness_fixture.h"
 #include "dsp/loudness_gating.h"
 
@@ -19,21 +19,21 @@ double power_of(double lufs) {
 TEST(LoudnessGating, NoBlocksGiveMinus200) {
     const LoudnessBlockList list = block_list({}, {}, 1);
     EXPECT_EQ(integrated_loudness(list), -200.0);
-    EXPECT_EQ(max_block_loudness(list), -200.0);
+    EXPECT_EQ(max_block_loudness(list, list.count), -200.0);
 }
 
 TEST(LoudnessGating, BlocksUnderTheAbsoluteGateGiveMinus200) {
     const LoudnessBlockList list =
         block_list({-70.5, -80.0}, {power_of(-70.5), power_of(-80.0)}, 1);
     EXPECT_EQ(integrated_loudness(list), -200.0);
-    EXPECT_EQ(max_block_loudness(list), -70.5);
+    EXPECT_EQ(max_block_loudness(list, list.count), -70.5);
 }
 
 TEST(LoudnessGating, BlockExactlyAtMinus70PassesOnlyTheFirstGate) {
     // Kept by the first pass, so the relative pass runs, where the strict test drops it.
     const LoudnessBlockList list = block_list({-70.0}, {power_of(-70.0)}, 1);
     EXPECT_EQ(integrated_loudness(list), -200.0);
-    EXPECT_EQ(max_block_loudness(list), -70.0);
+    EXPECT_EQ(max_block_loudness(list, list.count), -70.0);
 }
 
 TEST(LoudnessGating, BlocksAtMinus70LowerTheRelativeThreshold) {
@@ -60,7 +60,19 @@ TEST(LoudnessGating, RelativeGateDropsBlocksMoreThan10LuDown) {
     // Threshold: loudness of the mean of all four less 10, about -32.3; -35 falls below it.
     const double expected = loudness_of_power(((z[0] + z[1]) + z[3]) / 3.0);
     EXPECT_EQ(integrated_loudness(block_list(loudness, z, 1)), expected);
-    EXPECT_EQ(max_block_loudness(block_list(loudness, z, 1)), -20.0);
+    const LoudnessBlockList all = block_list(loudness, z, 1);
+    EXPECT_EQ(max_block_loudness(all, all.count), -20.0);
+}
+
+TEST(LoudnessGating, MaximumTakesOnlyTheFirstBlocksAskedFor) {
+    const std::vector<double> loudness = {-30.0, -25.0, -10.0, -40.0};
+    std::vector<double> z;
+    for (const double l : loudness)
+        z.push_back(power_of(l));
+    const LoudnessBlockList list = block_list(loudness, z, 1);
+    EXPECT_EQ(max_block_loudness(list, 2), -25.0);
+    EXPECT_EQ(max_block_loudness(list, 3), -10.0);
+    EXPECT_EQ(max_block_loudness(list, 0), -200.0);
 }
 
 TEST(LoudnessGating, ChannelMeansAreSummed) {

@@ -1,5 +1,6 @@
 // The K-weighting design against the published 48 kHz coefficients and against values worked out
-// to 20 digits at 44.1 kHz, and the cascade of the two stages from a zero state.
+// to 20 digits at 44.1 kHz, the cascade of the two stages from a zero state, and two channels of
+// interleaved frames weighted side by side.
 #include "dsp/k_weighting.h"
 
 #include <gtest/gtest.h>
@@ -58,11 +59,18 @@ TEST(LoudnessKWeighting, ShelfPassesDcAndLiftsNyquistByVh) {
     EXPECT_NEAR((s.b0 - s.b1 + s.b2) / (1.0 - s.a1 + s.a2), 1.5848647011302448, 1e-12);
 }
 
+// The squares of one channel's filtered samples.
+std::vector<double> weighted_squares(const KWeighting& k, const std::vector<double>& in,
+                                     std::size_t extra = 0) {
+    std::vector<double> out(in.size() + extra, 7.0);
+    KWeightingState state;
+    k_weighting_squares(k, {in.data(), in.size(), 1, 1}, state, out.data());
+    return out;
+}
+
 TEST(LoudnessKWeighting, ImpulseRunsThroughShelfThenHighPassFromZeroState) {
     const KWeighting k = k_weighting_design(48000.0);
-    const std::vector<double> in = {1.0, 0.0, 0.0};
-    std::vector<double> out(4, 7.0);
-    k_weighting_filter(k, in, out);
+    const std::vector<double> out = weighted_squares(k, {1.0, 0.0, 0.0}, 1);
     // The shelf's impulse response, then the high-pass stage applied to it, term by term.
     const Biquad& s = k.shelf;
     const Biquad& h = k.high_pass;
@@ -72,21 +80,38 @@ TEST(LoudnessKWeighting, ImpulseRunsThroughShelfThenHighPassFromZeroState) {
     const double h0 = s0;
     const double h1 = s1 - 2.0 * s0 - h.a1 * h0;
     const double h2 = s2 - 2.0 * s1 + s0 - h.a1 * h1 - h.a2 * h0;
-    EXPECT_DOUBLE_EQ(out[0], h0);
-    EXPECT_DOUBLE_EQ(out[1], h1);
-    EXPECT_DOUBLE_EQ(out[2], h2);
+    EXPECT_DOUBLE_EQ(out[0], h0 * h0);
+    EXPECT_DOUBLE_EQ(out[1], h1 * h1);
+    EXPECT_DOUBLE_EQ(out[2], h2 * h2);
     // Only as many outputs as inputs are written.
     EXPECT_EQ(out[3], 7.0);
 }
 
 TEST(LoudnessKWeighting, RemovesDc) {
     const KWeighting k = k_weighting_design(48000.0);
-    const std::vector<double> in(48000, 0.5);
-    std::vector<double> out(in.size());
-    k_weighting_filter(k, in, out);
+    const std::vector<double> out = weighted_squares(k, std::vector<double>(48000, 0.5));
     // After one second the high-pass stage has let the constant die away.
-    EXPECT_LT(std::abs(out.back()), 1e-6);
-    EXPECT_GT(std::abs(out.front()), 0.5);
+    EXPECT_LT(out.back(), 1e-12);
+    EXPECT_GT(out.front(), 0.25);
+}
+
+TEST(LoudnessKWeighting, TwoChannelsAreFilteredEachOnItsOwn) {
+    // Frames of three channels; the first two are weighted side by side, the third is skipped.
+    const KWeighting k = k_weighting_design(44100.0);
+    const std::vector<double> left = {1.0, -0.5, 0.25, 0.0, 0.125};
+    const std::vector<double> right = {0.0, 0.0, 1.0, 0.5, -1.0};
+    std::vector<double> frames;
+    for (std::size_t n = 0; n < left.size(); ++n)
+        frames.insert(frames.end(), {left[n], right[n], 9.0});
+    std::vector<double> both(2 * left.size());
+    KWeightingState state;
+    k_weighting_squares(k, {frames.data(), left.size(), 3, 2}, state, both.data());
+    const std::vector<double> alone_left = weighted_squares(k, left);
+    const std::vector<double> alone_right = weighted_squares(k, right);
+    for (std::size_t n = 0; n < left.size(); ++n) {
+        EXPECT_EQ(both[2 * n], alone_left[n]) << n;
+        EXPECT_EQ(both[2 * n + 1], alone_right[n]) << n;
+    }
 }
 
 } // namespace

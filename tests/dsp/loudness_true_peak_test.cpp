@@ -57,8 +57,8 @@ TEST(LoudnessTruePeak, ImpulseRevealsTheLargestTap) {
     x[5] = -0.5;
     // Every tap meets the impulse once; the largest |y| is 0.5 times the largest |tap|, and the
     // impulse sample itself is no candidate.
-    EXPECT_EQ(channel_true_peak(x, h), 0.5 * h[23]);
-    EXPECT_LT(channel_true_peak(x, h), 0.5);
+    EXPECT_EQ(channel_true_peak(x.data(), x.size(), 1, h), 0.5 * h[23]);
+    EXPECT_LT(channel_true_peak(x.data(), x.size(), 1, h), 0.5);
 }
 
 TEST(LoudnessTruePeak, OneSampleUsesOnlyTheFirstTapOfEachPhase) {
@@ -66,14 +66,14 @@ TEST(LoudnessTruePeak, OneSampleUsesOnlyTheFirstTapOfEachPhase) {
     const std::vector<double> x = {1.0};
     const double expected =
         std::max({std::abs(h[0]), std::abs(h[1]), std::abs(h[2]), std::abs(h[3])});
-    EXPECT_EQ(channel_true_peak(x, h), expected);
+    EXPECT_EQ(channel_true_peak(x.data(), x.size(), 1, h), expected);
 }
 
 TEST(LoudnessTruePeak, ShortSignalCountsMissingSamplesAsZero) {
     const TruePeakFilter h = true_peak_filter();
     // Three samples: the sums at n = 2 take j = 0, 1, 2 only.
     const std::vector<double> x = {0.25, -0.5, 1.0};
-    EXPECT_EQ(channel_true_peak(x, h), written_out_peak(x, h));
+    EXPECT_EQ(channel_true_peak(x.data(), x.size(), 1, h), written_out_peak(x, h));
 }
 
 TEST(LoudnessTruePeak, LongerSignalMatchesTheSumWrittenOut) {
@@ -81,18 +81,18 @@ TEST(LoudnessTruePeak, LongerSignalMatchesTheSumWrittenOut) {
     std::vector<double> x(30);
     for (std::size_t n = 0; n < x.size(); ++n)
         x[n] = std::sin(0.9 * static_cast<double>(n));
-    EXPECT_EQ(channel_true_peak(x, h), written_out_peak(x, h));
+    EXPECT_EQ(channel_true_peak(x.data(), x.size(), 1, h), written_out_peak(x, h));
 }
 
 TEST(LoudnessTruePeak, EmptyChannelHasNoPeak) {
     const TruePeakFilter h = true_peak_filter();
-    EXPECT_EQ(channel_true_peak({}, h), 0.0);
-    EXPECT_EQ(channel_sample_peak({}), 0.0);
+    EXPECT_EQ(channel_true_peak(nullptr, 0, 1, h), 0.0);
+    EXPECT_EQ(channel_sample_peak(nullptr, 0, 1), 0.0);
 }
 
 TEST(LoudnessTruePeak, SamplePeakOfTheMostNegativeCode) {
     const std::vector<double> x = {0.5, -32768.0 / 32767.0, 1.0};
-    EXPECT_EQ(channel_sample_peak(x), 32768.0 / 32767.0);
+    EXPECT_EQ(channel_sample_peak(x.data(), x.size(), 1), 32768.0 / 32767.0);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // The sliding neighbourhood median and MAD: small series worked by hand, then value-for-value
 // agreement with the two-sorts computation on random data, on data full of equal values, on
 // sorted runs, at the shortened ends and on series shorter than the window, for odd and even
-// window sizes.
+// window sizes; and cursors moved by seeking, near and far, forwards and back.
 #include "dsp/sliding_median.h"
 #include "support/neighbourhood_reference.h"
 #include "support/signal_gen.h"
@@ -156,6 +156,42 @@ TEST(SlidingMedian, SignedZerosGiveTheSameFigures) {
         values.push_back(i % 3 == 0 ? -0.0 : (i % 3 == 1 ? 0.0 : 1e-300));
     for (std::size_t window : kWindows)
         expect_matches_reference(values, window);
+}
+
+// Seeks to each target in turn and compares the figures there with the two sorts.
+void expect_seeks_match(const std::vector<double>& values, std::size_t window,
+                        const std::vector<std::size_t>& targets) {
+    std::vector<double> scratch(sliding_scratch_size(values.size(), window / 2));
+    SlidingNeighbourhood s = sliding_start(values, window / 2, scratch);
+    std::vector<double> reference_scratch;
+    for (const std::size_t target : targets) {
+        sliding_seek(s, target);
+        ASSERT_EQ(s.centre, target);
+        const NeighbourhoodStats fast = neighbourhood_stats(s);
+        const ReferenceNeighbourhood slow =
+            reference_neighbourhood(values, target, window, reference_scratch);
+        ASSERT_EQ(fast.median, slow.median) << "window " << window << ", target " << target;
+        ASSERT_EQ(fast.mad, slow.mad) << "window " << window << ", target " << target;
+    }
+}
+
+TEST(SlidingMedian, SeeksNearAndFarForwardsAndBackMatchTwoSorts) {
+    const std::vector<double> values = signal_uniform(61, 1500, -1.0, 1.0);
+    // Steps within half a window, jumps beyond it, backwards, to the ends and in place.
+    const std::vector<std::size_t> targets = {0,   1,   5,   37,   38,   200,  199, 0,
+                                              700, 732, 733, 1499, 1499, 1400, 3,   1450};
+    for (std::size_t window : kWindows)
+        expect_seeks_match(values, window, targets);
+    for (std::size_t window : kWindows)
+        expect_seeks_match(ternary_values(62, 1500), window, targets);
+}
+
+TEST(SlidingMedian, SeekingEveryValueInTurnMatchesAdvancing) {
+    const std::vector<double> values = signal_uniform(63, 400, -1.0, 1.0);
+    std::vector<std::size_t> targets(values.size());
+    for (std::size_t i = 0; i < targets.size(); ++i)
+        targets[i] = i;
+    expect_seeks_match(values, 64, targets);
 }
 
 } // namespace
