@@ -63,7 +63,7 @@ TEST(InputKinds, AnalyzeRefusesAFifoRefWithoutWaitingForAWriter) {
 TEST(InputKinds, AnalyzeRefusesADirectoryDeviceOrSocketDut) {
     const KindsFolder f;
     const SocketFile socket(f.dir.file("sock.wav"));
-    for (const std::string& dut : {"folder.wav", "/dev/zero", "sock.wav", "fifo.wav"}) {
+    for (const std::string dut : {"folder.wav", "/dev/zero", "sock.wav", "fifo.wav"}) {
         const ProcessOutput run =
             f.run({"analyze", "--ref", "ref.wav", "--dut", dut, "--out", "o.html"});
         EXPECT_EQ(run.exit_status, 1) << dut;
@@ -85,7 +85,7 @@ TEST(InputKinds, BothInputsAreToldAtOnce) {
 
 TEST(InputKinds, PlotAndTrimRefuseTheirInput) {
     const KindsFolder f;
-    for (const std::string& input : {"fifo.wav", "folder.wav", "/dev/zero"}) {
+    for (const std::string input : {"fifo.wav", "folder.wav", "/dev/zero"}) {
         for (const char* command : {"plot", "trim"}) {
             const ProcessOutput run = f.run({command, "--input", input, "--out", "o.x"});
             EXPECT_EQ(run.exit_status, 1) << command << " " << input;
