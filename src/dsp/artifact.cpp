@@ -2,6 +2,7 @@
 
 #include "audio/decibels.h"
 #include "audio/overlap.h"
+#include "audio/progress.h"
 #include "dsp/artifact_events.h"
 #include "dsp/artifact_sample.h"
 #include "dsp/nothrow_array.h"
@@ -16,6 +17,9 @@
 #include <span>
 
 namespace {
+
+// Samples between two progress reports.
+constexpr std::size_t kProgressStep = 1 << 16;
 
 // Spreads are raised to this before dividing by them, so that a neighbourhood (or a file) of
 // equal differences still gives finite deviations.
@@ -185,7 +189,12 @@ void scan_samples(ChannelScan& scan) {
     BoundsRun run;
     run.resume = scan.settings->half;
     std::size_t i = 0;
+    std::size_t next_report = 0;
     while (i < length) {
+        if (i >= next_report) {
+            report_progress(static_cast<double>(i) / static_cast<double>(length));
+            next_report = i + kProgressStep;
+        }
         if (!batch_starts(run, scan, i)) {
             scan_sample(scan, i++, nullptr);
             continue;
@@ -263,6 +272,9 @@ ArtifactResult artifact_check(const WavFile& ref, const WavFile& dut, std::int64
     const ChannelScratch scratch =
         channel_scratch(examined > 0 && dut.channels > 0 ? length : 0, s.half);
     for (std::size_t channel = 0; channel < examined; ++channel) {
+        const double share = 1.0 / static_cast<double>(examined);
+        const ProgressPart part(static_cast<double>(channel) * share,
+                                static_cast<double>(channel + 1) * share);
         const ChannelPair pair = channel_pair(ref, dut, dut_offset, channel);
         result.channel[channel] = measure_channel(pair, s, scratch);
         result.passed = result.passed && result.channel[channel].passed;

@@ -1,6 +1,7 @@
 #include "dsp/loudness.h"
 
 #include "audio/overlap.h"
+#include "audio/progress.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,7 +38,11 @@ LoudnessResult loudness_compare(const WavFile& ref, const WavFile& dut, std::int
     const unsigned channels = std::min(ref.channels, 2u);
     const auto rate = static_cast<double>(ref.sample_rate);
     LoudnessResult result;
-    result.ref = loudness_measure(ref, channels, overlap.ref_start, overlap.length, rate);
+    {
+        const ProgressPart part(0.0, 0.5);
+        result.ref = loudness_measure(ref, channels, overlap.ref_start, overlap.length, rate);
+    }
+    const ProgressPart part(0.5, 1.0);
     result.dut = loudness_measure(dut, channels, dut_start, overlap.length, rate);
     loudness_judge(result, {ceiling_enabled, integrated_tolerance_lu, true_peak_tolerance_db,
                             true_peak_ceiling_dbtp});

@@ -1,6 +1,7 @@
 #include "dsp/loudness.h"
 
 #include "audio/decibels.h"
+#include "audio/progress.h"
 #include "audio/rounding.h"
 #include "dsp/k_weighting.h"
 #include "dsp/loudness_blocks.h"
@@ -102,6 +103,7 @@ bool scan_squares(const MeasuredFrames& f, double sample_rate, std::size_t total
         // The capacity leaves room for a chunk whatever the scans still need; this only guards it.
         const std::size_t count = std::min({kChunkFrames, total - done, w.capacity - w.held});
         if (count == 0) return false;
+        report_progress(static_cast<double>(done) / static_cast<double>(total));
         append_squares(f, k, state, done, count, w);
         done += count;
         const FrameSquares held{w.data.get(), w.channels, w.held};

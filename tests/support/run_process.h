@@ -27,3 +27,8 @@ struct ProcessOutput {
 // argv[0] is the program path; the child runs in `working_dir` when it is not empty.
 ProcessOutput run_process(const std::vector<std::string>& argv, const std::string& working_dir = {},
                           const ProcessLimits& limits = {});
+
+// As run_process, with standard output and standard error both on one new pseudo-terminal, as
+// when a person runs the program: everything the terminal received, in order, lands in `out`.
+ProcessOutput run_process_on_terminal(const std::vector<std::string>& argv,
+                                      const std::string& working_dir = {});
