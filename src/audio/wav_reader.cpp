@@ -4,9 +4,13 @@
 #include "audio/wav_decode.h"
 #include "audio/wav_stdio.h"
 
+#include <algorithm>
 #include <fcntl.h>
+#include <optional>
+#include <span>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -72,29 +76,41 @@ bool check_shape(const WavLayout& layout, WavShape& shape) {
     return true;
 }
 
-// Reads the whole data payload into a fresh buffer. A payload running past the end of the file
-// could only end in a short read, so it is refused before anything is allocated.
-std::unique_ptr<std::uint8_t[]> read_payload(std::FILE* file, std::uint64_t file_length,
-                                             const WavLayout& layout) {
-    const auto end = static_cast<std::uint64_t>(layout.data_position) + layout.data_size;
-    if (end > file_length || fseeko(file, layout.data_position, SEEK_SET) != 0) return nullptr;
-    std::unique_ptr<std::uint8_t[]> raw(new (std::nothrow) std::uint8_t[layout.data_size]);
-    if (!raw || !wav_read_exact(file, raw.get(), layout.data_size)) return nullptr;
-    return raw;
-}
+// Raw bytes read and converted at a time: the payload never needs a buffer of its own size.
+constexpr std::size_t kBlockSamples = std::size_t{1} << 18;
 
-// Converts the payload; on a NaN or infinity fills the error text and returns false.
-bool decode_payload(const std::uint8_t* raw, const WavLayout& layout, const WavShape& shape,
-                    std::vector<double>& samples) {
-    if (!wav_try_resize(samples, shape.sample_count)) return false;
-    const std::span<const std::uint8_t> bytes(raw, layout.data_size);
-    const std::optional<std::size_t> bad = wav_decode_samples(bytes, shape.format, samples);
-    if (!bad) return true;
+void note_bad_sample(std::size_t index, const WavLayout& layout) {
     const std::size_t channels = layout.fmt.channels;
     std::snprintf(g_error_text, kErrorCapacity,
                   "contains NaN or infinite samples, first at frame %zu, channel %zu",
-                  *bad / channels, *bad % channels);
-    return false;
+                  index / channels, index % channels);
+}
+
+// Reads the data payload a block at a time and converts each block into its place in `samples`.
+// A payload running past the end of the file could only end in a short read, so it is refused
+// before anything is allocated. The whole payload is converted even after a NaN or infinity; the
+// first one's place then goes into the error text and the read fails.
+bool read_samples(std::FILE* file, std::uint64_t file_length, const WavLayout& layout,
+                  const WavShape& shape, std::vector<double>& samples) {
+    const auto end = static_cast<std::uint64_t>(layout.data_position) + layout.data_size;
+    if (end > file_length || fseeko(file, layout.data_position, SEEK_SET) != 0) return false;
+    const std::size_t width = wav_format_bytes(shape.format);
+    std::vector<std::uint8_t> raw;
+    if (!wav_try_resize(raw, std::min(shape.sample_count, kBlockSamples) * width) ||
+        !wav_try_resize(samples, shape.sample_count))
+        return false;
+    std::optional<std::size_t> first_bad;
+    for (std::size_t done = 0; done < shape.sample_count;) {
+        const std::size_t count = std::min(kBlockSamples, shape.sample_count - done);
+        const std::span<std::uint8_t> bytes(raw.data(), count * width);
+        if (!wav_read_exact(file, bytes.data(), bytes.size())) return false;
+        const std::optional<std::size_t> bad = wav_decode_samples(
+            bytes, shape.format, std::span<double>(samples).subspan(done, count));
+        if (bad && !first_bad) first_bad = done + *bad;
+        done += count;
+    }
+    if (first_bad) note_bad_sample(*first_bad, layout);
+    return !first_bad;
 }
 
 void fill_record(WavLayout& layout, const WavShape& shape, std::vector<double>& samples,
@@ -128,13 +144,9 @@ bool wav_read(const char* path, WavFile& out) {
     if (!wav_walk_chunks(file.get(), file_length, layout) || !check_shape(layout, shape)) {
         return false;
     }
-    std::unique_ptr<std::uint8_t[]> raw = read_payload(file.get(), file_length, layout);
-    if (!raw) return false;
-    file.reset();
     std::vector<double> samples;
-    const bool decoded = decode_payload(raw.get(), layout, shape, samples);
-    raw.reset();
-    if (!decoded) return false;
+    if (!read_samples(file.get(), file_length, layout, shape, samples)) return false;
+    file.reset();
     fill_record(layout, shape, samples, out);
     return true;
 }

@@ -122,6 +122,35 @@ TEST_F(WavReaderEdge, FirstNanNamesFrameAndChannel) {
               "contains NaN or infinite samples, first at frame 5, channel 1");
 }
 
+// The payload is read and converted a block at a time; a long file must come back whole and in
+// order, and its first bad value must be named whichever block it falls in.
+TEST_F(WavReaderEdge, LongFilesReadWholeAcrossBlocks) {
+    constexpr std::size_t kFrames = 300001; // stereo: past two blocks of 2^18 samples, odd end
+    std::vector<std::int64_t> codes(2 * kFrames);
+    for (std::size_t i = 0; i < codes.size(); ++i)
+        codes[i] = static_cast<std::int64_t>((i * 7919) % 16777216) - 8388608;
+    WavFile file;
+    const std::string path = write_fixture(
+        "long24.wav", fixture_simple_wav(fmt_of(1, 24, 2), fixture_int_data(24, codes)));
+    ASSERT_TRUE(wav_read(path.c_str(), file));
+    ASSERT_EQ(file.frames, kFrames);
+    for (std::size_t i = 0; i < codes.size(); ++i)
+        ASSERT_EQ(file.samples[i], static_cast<double>(codes[i]) / 8388607.0) << i;
+}
+
+TEST_F(WavReaderEdge, FirstNanIsNamedWhicheverBlockItFallsIn) {
+    std::vector<float> values(2 * 300000, 0.25f);
+    values[2 * 200000 + 1] = std::numeric_limits<float>::quiet_NaN(); // in the second block
+    values[2 * 290000] = std::numeric_limits<float>::infinity();      // later, not named
+    WavFile file = filled_record();
+    const std::string path = write_fixture(
+        "nan_late.wav", fixture_simple_wav(fmt_of(3, 32, 2), fixture_float32_data(values)));
+    EXPECT_FALSE(wav_read(path.c_str(), file));
+    expect_zeroed(file);
+    EXPECT_STREQ(wav_error_text(),
+                 "contains NaN or infinite samples, first at frame 200000, channel 1");
+}
+
 TEST_F(WavReaderEdge, Int16ExtremesConvertAsymmetrically) {
     const std::vector<std::int64_t> codes = {-32768, 32767};
     WavFile file;
