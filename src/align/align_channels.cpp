@@ -91,8 +91,7 @@ AlignmentResult align_channels(const WavFile& ref, const WavFile& dut, std::size
     const std::size_t count = std::min<std::size_t>(ref.channels, 2);
     std::array<ChannelMeasurement, 2> measured{};
     for (std::size_t k = 0; k < count; ++k) {
-        const double share = 1.0 / static_cast<double>(count);
-        const ProgressPart part(static_cast<double>(k) * share, static_cast<double>(k + 1) * share);
+        const ProgressPart part(k, count);
         measured[k] = measure_channel(ref, dut, k, max_lag, silence_level);
         if (measured[k].out_of_memory) {
             result.out_of_memory = true;

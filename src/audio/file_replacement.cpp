@@ -50,13 +50,6 @@ bool name_unnamed(FileReplacement& file) {
     return false;
 }
 
-// The canonical form of an existing path, or empty when it cannot be resolved.
-std::string real_path(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
-                                                               &std::free);
-    return resolved ? std::string(resolved.get()) : std::string();
-}
-
 // Opens a device or FIFO for writing where it is; a FIFO with no reader fails rather than waits.
 bool open_in_place(FileReplacement& file) {
     file.in_place = true;
@@ -78,7 +71,7 @@ bool replacement_open(const std::string& path, FileReplacement& file, bool allow
         if (!S_ISREG(info.st_mode)) return open_in_place(file);
         struct stat link_info {};
         if (::lstat(path.c_str(), &link_info) == 0 && S_ISLNK(link_info.st_mode))
-            file.target = real_path(path);
+            file.target = canonical_path(path);
         if (file.target.empty()) return false;
     }
     if (allow_unnamed)
@@ -148,4 +141,10 @@ bool write_file_atomically(const std::string& path, std::string_view content) {
     if (!replacement_open(path, file)) return false;
     replacement_write_text(file, content);
     return replacement_commit(file);
+}
+
+std::string canonical_path(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
+                                                               &std::free);
+    return resolved ? std::string(resolved.get()) : std::string();
 }

@@ -54,5 +54,8 @@ bool replacement_commit(FileReplacement& file);
 bool replacement_seal(FileReplacement& file);
 bool replacement_place(FileReplacement& file);
 
+// The canonical form of an existing path (every link followed), or empty when it cannot be had.
+std::string canonical_path(const std::string& path);
+
 // Opens, writes `content` and commits in one call.
 bool write_file_atomically(const std::string& path, std::string_view content);

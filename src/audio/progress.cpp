@@ -23,6 +23,10 @@ ProgressPart::ProgressPart(double from, double to) : saved_from_(g_from), saved_
     g_scale = saved_scale_ * (to - from);
 }
 
+ProgressPart::ProgressPart(std::size_t index, std::size_t count)
+    : ProgressPart(static_cast<double>(index) / static_cast<double>(count),
+                   static_cast<double>(index + 1) / static_cast<double>(count)) {}
+
 ProgressPart::~ProgressPart() {
     g_from = saved_from_;
     g_scale = saved_scale_;

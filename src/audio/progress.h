@@ -3,6 +3,8 @@
 // whose standard error is no terminal) a report does nothing.
 #pragma once
 
+#include <cstddef>
+
 using ProgressListener = void (*)(double fraction);
 
 // Installs `listener` (null for none) and returns the one it replaces.
@@ -18,6 +20,8 @@ void report_progress(double fraction);
 class ProgressPart {
   public:
     ProgressPart(double from, double to);
+    // Part `index` of `count` equal parts (count > 0): a channel of a check, for example.
+    ProgressPart(std::size_t index, std::size_t count);
     ~ProgressPart();
     ProgressPart(const ProgressPart&) = delete;
     ProgressPart& operator=(const ProgressPart&) = delete;

@@ -145,8 +145,7 @@ LevelFidelityResult level_fidelity(const WavFile& ref, const WavFile& dut, std::
     const LevelLimits limits = make_limits(ref, floor_db, tolerance_db, min_run_ms);
     const std::size_t examined = std::min<std::size_t>(ref.channels, 2);
     for (std::size_t k = 0; k < examined; ++k) {
-        const double share = 1.0 / static_cast<double>(examined);
-        const ProgressPart part(static_cast<double>(k) * share, static_cast<double>(k + 1) * share);
+        const ProgressPart part(k, examined);
         result.channel[k] = measure_channel(aligned_channel(ref, dut, file_offset, k), limits);
         result.passed = result.passed && result.channel[k].passed;
     }

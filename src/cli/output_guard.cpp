@@ -1,11 +1,10 @@
 #include "cli/output_guard.h"
 
+#include "audio/file_replacement.h"
 #include "cli/defaults_lookup.h"
 
 #include <climits>
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -18,13 +17,6 @@ struct FileIdentity {
     ino_t inode = 0;
     std::string place; // for a path that does not exist: where it would be made
 };
-
-// The canonical form of an existing path, or empty when it cannot be resolved.
-std::string real_path(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
-                                                               &std::free);
-    return resolved ? std::string(resolved.get()) : std::string();
-}
 
 std::string absolute(const std::string& path) {
     if (!path.empty() && path.front() == '/') return path;
@@ -43,7 +35,7 @@ std::string place_of(const std::string& path) {
         if (sep == std::string::npos) return path;
         tail.push_back(rest.substr(sep + 1));
         rest.resize(sep);
-        base = real_path(rest.empty() ? "/" : rest);
+        base = canonical_path(rest.empty() ? "/" : rest);
     }
     for (auto part = tail.rbegin(); part != tail.rend(); ++part) {
         if (part->empty() || *part == ".") continue;

@@ -272,9 +272,7 @@ ArtifactResult artifact_check(const WavFile& ref, const WavFile& dut, std::int64
     const ChannelScratch scratch =
         channel_scratch(examined > 0 && dut.channels > 0 ? length : 0, s.half);
     for (std::size_t channel = 0; channel < examined; ++channel) {
-        const double share = 1.0 / static_cast<double>(examined);
-        const ProgressPart part(static_cast<double>(channel) * share,
-                                static_cast<double>(channel + 1) * share);
+        const ProgressPart part(channel, examined);
         const ChannelPair pair = channel_pair(ref, dut, dut_offset, channel);
         result.channel[channel] = measure_channel(pair, s, scratch);
         result.passed = result.passed && result.channel[channel].passed;

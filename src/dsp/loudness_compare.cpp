@@ -39,10 +39,10 @@ LoudnessResult loudness_compare(const WavFile& ref, const WavFile& dut, std::int
     const auto rate = static_cast<double>(ref.sample_rate);
     LoudnessResult result;
     {
-        const ProgressPart part(0.0, 0.5);
+        const ProgressPart part(std::size_t{0}, std::size_t{2});
         result.ref = loudness_measure(ref, channels, overlap.ref_start, overlap.length, rate);
     }
-    const ProgressPart part(0.5, 1.0);
+    const ProgressPart part(std::size_t{1}, std::size_t{2});
     result.dut = loudness_measure(dut, channels, dut_start, overlap.length, rate);
     loudness_judge(result, {ceiling_enabled, integrated_tolerance_lu, true_peak_tolerance_db,
                             true_peak_ceiling_dbtp});
