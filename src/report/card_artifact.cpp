@@ -76,7 +76,7 @@ bool append_artifact_body(TextBuffer& page, const RunResults& results, const Che
 } // namespace
 
 bool append_artifact_card(TextBuffer& page, const ReportInputs& in) {
-    const CheckStatus status = artifact_status(in.results);
+    const CheckStatus status = check_status(in.results, GatingCheck::artifact);
     const Badge badge = status_badge(status);
     return append_card_open(page, "artifact", "<h3>Artifact Detection</h3>", &badge) &&
            append_artifact_body(page, in.results, status) && append_card_close(page);

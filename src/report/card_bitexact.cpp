@@ -132,7 +132,7 @@ bool append_bitexact_card(TextBuffer& page, const ReportInputs& in) {
         return append_card_open(page, "bitexact", "<h3>Bit Accuracy</h3>", &skipped) &&
                append_accuracy_only_body(page, results) && append_card_close(page);
     }
-    const Badge badge = status_badge(bit_exact_status(results));
+    const Badge badge = status_badge(check_status(results, GatingCheck::bitexact));
     return append_card_open(page, "bitexact", "<h3>Bit-Exactness</h3>", &badge) &&
            append_exact_body(page, results, in.ref.sample_rate) && append_card_close(page);
 }

@@ -92,7 +92,7 @@ bool append_distortion_body(TextBuffer& page, const ReportInputs& in) {
 } // namespace
 
 bool append_distortion_card(TextBuffer& page, const ReportInputs& in) {
-    const Badge badge = status_badge(distortion_status(in.results));
+    const Badge badge = status_badge(check_status(in.results, GatingCheck::distortion));
     return append_card_open(page, "distortion", "<h3>Distortion (THD+N)</h3>", &badge) &&
            append_distortion_body(page, in) && append_card_close(page);
 }

@@ -39,7 +39,7 @@ bool append_channel(TextBuffer& page, const ReportInputs& in, unsigned channel) 
 
 bool append_impulse_template_card(TextBuffer& page, const ReportInputs& in) {
     if (!in.results.config.impulse_template.enabled.value) return true;
-    const Badge badge = status_badge(impulse_template_status(in.results));
+    const Badge badge = status_badge(check_status(in.results, GatingCheck::impulse_template));
     return append_card_open(page, "impulsetemplate", "<h3>Impulse Template</h3>", &badge) &&
            (!in.results.impulse_template.ran ||
             append_gallery(page, in.ref.channels,

@@ -99,7 +99,7 @@ bool append_level_body(TextBuffer& page, const RunResults& results, const CheckS
 } // namespace
 
 bool append_level_card(TextBuffer& page, const ReportInputs& in) {
-    const CheckStatus status = level_status(in.results);
+    const CheckStatus status = check_status(in.results, GatingCheck::levelfidelity);
     const Badge badge = status_badge(status);
     return append_card_open(page, "level", "<h3>Level Fidelity</h3>", &badge) &&
            append_level_body(page, in.results, status) && append_card_close(page);

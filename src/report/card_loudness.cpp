@@ -83,7 +83,7 @@ bool append_loudness_body(TextBuffer& page, const RunResults& results, const Che
 } // namespace
 
 bool append_loudness_card(TextBuffer& page, const ReportInputs& in) {
-    const CheckStatus status = loudness_status(in.results);
+    const CheckStatus status = check_status(in.results, GatingCheck::loudness);
     const Badge badge = status_badge(status);
     return append_card_open(page, "loudness", "<h3>Loudness</h3>", &badge) &&
            append_loudness_body(page, in.results, status) && append_card_close(page);

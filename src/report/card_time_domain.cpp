@@ -50,7 +50,7 @@ bool append_channel(TextBuffer& page, const ReportInputs& in, unsigned channel) 
 
 bool append_time_domain_card(TextBuffer& page, const ReportInputs& in) {
     if (!in.results.config.time_domain.enabled.value) return true;
-    const Badge badge = status_badge(time_domain_status(in.results));
+    const Badge badge = status_badge(check_status(in.results, GatingCheck::time_domain));
     return append_card_open(page, "timedomain", "<h3>Time Domain</h3>", &badge) &&
            (!in.results.time_domain.ran ||
             append_gallery(page, in.ref.channels,

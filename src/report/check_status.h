@@ -1,35 +1,16 @@
-// How the KPI grid, the navigation tabs and the cards read each check's record: whether it ran,
-// whether it gates the overall verdict (from the resolved gating switches) and whether it passed,
-// plus the single figure a tile shows for a result that holds two channels.
+// How the KPI grid, the navigation tabs and the cards show each check's status (decided by the
+// results' gating rule), plus the single figure a tile shows for a result that holds two
+// channels.
 #pragma once
 
 #include "report/card_frame.h"
+#include "results/check_gating.h"
 #include "results/run_results.h"
 
 #include <cstddef>
 
-// A check that did not run counts as passed.
-struct CheckStatus {
-    bool ran = false;
-    bool gates = false;
-    bool passed = true;
-};
-
-// Ran and failed.
-bool check_failed(const CheckStatus& status);
-// Failed without gating the overall verdict.
-bool check_failed_nongating(const CheckStatus& status);
+// A check's badge from its status: passed, failed, failed without gating, or not run.
 Badge status_badge(const CheckStatus& status);
-
-CheckStatus bit_exact_status(const RunResults& results);
-CheckStatus bit_accuracy_status(const RunResults& results); // never gates
-CheckStatus level_status(const RunResults& results);
-CheckStatus artifact_status(const RunResults& results);
-CheckStatus spectral_status(const RunResults& results);   // always gates
-CheckStatus distortion_status(const RunResults& results); // always gates
-CheckStatus loudness_status(const RunResults& results);
-CheckStatus time_domain_status(const RunResults& results);      // always gates
-CheckStatus impulse_template_status(const RunResults& results); // always gates
 
 // A single-frame or continuous spectral result is in error when its overlap was too short for
 // one frame (nothing was compared on any channel).

@@ -79,7 +79,7 @@ bool append_thdn_value(TextBuffer& page, const RunResults& results) {
 }
 
 bool append_bitexact_note(TextBuffer& page, const RunResults& results) {
-    const CheckStatus exact = bit_exact_status(results);
+    const CheckStatus exact = check_status(results, GatingCheck::bitexact);
     if (!check_failed_nongating(exact)) return true;
     return text_append(page, "<div class=\"kpi-note\">Bit-Exactness failed but is not gating the "
                              "overall verdict &mdash; run with <code>--bitexact</code> to require "

@@ -24,16 +24,19 @@ bool append_bitexact_link(TextBuffer& page, const RunResults& results) {
     const bool exact = results.bit_exact.ran;
     if (!exact && !results.config.bit_accuracy.enabled.value) return true;
     return append_marked_link(page, "bitexact",
-                              exact ? bit_exact_status(results) : bit_accuracy_status(results),
+                              exact ? check_status(results, GatingCheck::bitexact)
+                                    : bit_accuracy_status(results),
                               exact ? "Bit-Exactness" : "Bit Accuracy");
 }
 
 bool append_optional_links(TextBuffer& page, const RunResults& results) {
     const AnalysisConfig& config = results.config;
     return (!config.time_domain.enabled.value ||
-            append_marked_link(page, "timedomain", time_domain_status(results), "Time Domain")) &&
+            append_marked_link(page, "timedomain", check_status(results, GatingCheck::time_domain),
+                               "Time Domain")) &&
            (!config.impulse_template.enabled.value ||
-            append_marked_link(page, "impulsetemplate", impulse_template_status(results),
+            append_marked_link(page, "impulsetemplate",
+                               check_status(results, GatingCheck::impulse_template),
                                "Impulse Template"));
 }
 
@@ -45,12 +48,16 @@ bool append_nav_tabs(TextBuffer& page, const RunResults& results) {
            text_append_format(page, "<a href=\"#alignment\"%s>Signal Alignment</a>\n",
                               alignment_fail) &&
            text_append_format(page, "<a href=\"#spectral\"%s>Spectral Fidelity</a>\n",
-                              fail_attribute(spectral_status(results))) &&
+                              fail_attribute(check_status(results, GatingCheck::spectral))) &&
            text_append(page, "<a href=\"#overview\">Signal Overview</a>\n") &&
            append_bitexact_link(page, results) &&
-           append_marked_link(page, "level", level_status(results), "Level Fidelity") &&
-           append_marked_link(page, "artifact", artifact_status(results), "Artifact Detection") &&
-           append_marked_link(page, "distortion", distortion_status(results), "Distortion") &&
-           append_marked_link(page, "loudness", loudness_status(results), "Loudness") &&
+           append_marked_link(page, "level", check_status(results, GatingCheck::levelfidelity),
+                              "Level Fidelity") &&
+           append_marked_link(page, "artifact", check_status(results, GatingCheck::artifact),
+                              "Artifact Detection") &&
+           append_marked_link(page, "distortion", check_status(results, GatingCheck::distortion),
+                              "Distortion") &&
+           append_marked_link(page, "loudness", check_status(results, GatingCheck::loudness),
+                              "Loudness") &&
            append_optional_links(page, results) && text_append(page, "</nav>\n");
 }

@@ -10,18 +10,18 @@ namespace {
 // Every check ran and passed; level fidelity and artifact detection gate as by default.
 GatingInputs all_passing() {
     GatingInputs inputs{};
-    for (GatingInput& input : inputs)
+    for (CheckStatus& input : inputs)
         input = {true, false, true};
     inputs[static_cast<std::size_t>(GatingCheck::levelfidelity)].gates = true;
     inputs[static_cast<std::size_t>(GatingCheck::artifact)].gates = true;
     return inputs;
 }
 
-GatingInput& input_of(GatingInputs& inputs, GatingCheck check) {
+CheckStatus& input_of(GatingInputs& inputs, GatingCheck check) {
     return inputs[static_cast<std::size_t>(check)];
 }
 
-const GatingInput& input_of_const(const GatingInputs& inputs, GatingCheck check) {
+const CheckStatus& input_of_const(const GatingInputs& inputs, GatingCheck check) {
     return inputs[static_cast<std::size_t>(check)];
 }
 
@@ -110,7 +110,7 @@ TEST(OverallVerdict, ChecksWithoutSwitchGateWhenTheyRanAndFailed) {
 
 TEST(OverallVerdict, EveryCheckFailingListsAllInTableOrder) {
     GatingInputs inputs{};
-    for (GatingInput& input : inputs)
+    for (CheckStatus& input : inputs)
         input = {true, true, false};
     const OverallVerdict overall = compute_overall_verdict(inputs);
     EXPECT_EQ(overall.gating_failure_count, 9u);
@@ -134,7 +134,7 @@ TEST(GatingInputs, LengthMismatchAlwaysRunsAndGates) {
     RunResults results;
     results.length_mismatch.failed = true;
     const GatingInputs inputs = gating_inputs(results);
-    const GatingInput& mismatch = input_of_const(inputs, GatingCheck::length_mismatch);
+    const CheckStatus& mismatch = input_of_const(inputs, GatingCheck::length_mismatch);
     EXPECT_TRUE(mismatch.ran);
     EXPECT_TRUE(mismatch.gates);
     EXPECT_FALSE(mismatch.passed);
@@ -157,7 +157,7 @@ TEST(GatingInputs, SpectralFidelityGatesInEitherForm) {
     EXPECT_TRUE(compute_overall_verdict(gating_inputs(results)).passed);
     results.spectral.result.snapshots.passed = false;
     const GatingInputs inputs = gating_inputs(results);
-    const GatingInput& spectral = input_of_const(inputs, GatingCheck::spectral);
+    const CheckStatus& spectral = input_of_const(inputs, GatingCheck::spectral);
     EXPECT_TRUE(spectral.ran);
     EXPECT_TRUE(spectral.gates);
     EXPECT_FALSE(spectral.passed);
