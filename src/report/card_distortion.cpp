@@ -1,5 +1,6 @@
 // The Distortion (THD+N) card: the spectrum of the worst frame of the channel with the highest
 // THD+N, its fundamental and THD+N against the tolerance, and the scan counts and percentiles.
+#include "dsp/spectrum_frame.h"
 #include "report/card_frame.h"
 #include "report/card_pieces.h"
 #include "report/cards.h"
@@ -22,8 +23,8 @@ bool append_worst_frame_chart(TextBuffer& page, const ReportInputs& in, unsigned
     const std::size_t ref_start = c.worst_frame_start;
     const auto dut_start = static_cast<std::size_t>(static_cast<std::int64_t>(ref_start) +
                                                     in.results.alignment.file_offset);
-    const std::vector<double> ref_db = chart_spectrum(in.ref, channel, ref_start, n);
-    const std::vector<double> dut_db = chart_spectrum(in.dut, channel, dut_start, n);
+    const std::vector<double> ref_db = display_spectrum_db(in.ref, channel, ref_start, n);
+    const std::vector<double> dut_db = display_spectrum_db(in.dut, channel, dut_start, n);
     if (ref_db.empty()) return append_short_overlap_note(page);
     SpectralChartData chart;
     chart.ref_db = ref_db;

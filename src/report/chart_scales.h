@@ -3,6 +3,7 @@
 // scale. Values outside a scale's range are clamped to its edge.
 #pragma once
 
+#include "dsp/spectrum_frame.h"
 #include "report/chart_svg.h"
 #include "report/envelope_chart.h"
 #include "report/spectral_chart.h"
@@ -13,7 +14,7 @@ inline constexpr PlotArea kEnvelopeArea{58.0, 990.0, 10.0, 156.0};
 inline constexpr PlotArea kSpectralArea{58.0, 990.0, 12.0, 276.0};
 
 // Levels are drawn between these two; every dB value is floored at the lower one before use.
-inline constexpr double kChartDbMin = -140.0;
+inline constexpr double kChartDbMin = kDisplayFloorDb;
 inline constexpr double kChartDbMax = 20.0;
 
 // The lowest frequency the log frequency scale draws.

@@ -62,23 +62,6 @@ bool append_detail_line(TextBuffer& page, const std::optional<double>& frac) {
 
 } // namespace
 
-const Envelope& cached_envelope(EnvelopeCache* cache, const WavFile& file, unsigned channel,
-                                std::int64_t first, std::size_t count, std::int64_t shift,
-                                EnvelopeScale scale, Envelope& scratch) {
-    if (cache == nullptr) {
-        scratch = reduce_envelope(file, channel, first, count, shift, scale);
-        return scratch;
-    }
-    for (const EnvelopeCache::Entry& e : cache->entries) {
-        if (e.file == &file && e.channel == channel && e.first == first && e.count == count &&
-            e.shift == shift && e.scale == scale)
-            return e.envelope;
-    }
-    cache->entries.push_back({&file, channel, first, count, shift, scale,
-                              reduce_envelope(file, channel, first, count, shift, scale)});
-    return cache->entries.back().envelope;
-}
-
 bool append_envelope_chart(TextBuffer& page, const EnvelopeView& view) {
     Envelope ref_scratch;
     Envelope dut_scratch;

@@ -1,5 +1,6 @@
 #include "report/plot_cards.h"
 
+#include "dsp/spectrum_frame.h"
 #include "report/card_frame.h"
 #include "report/card_pieces.h"
 #include "report/chart_frame.h"
@@ -110,7 +111,7 @@ bool append_plot_cards(TextBuffer& page, const PlotData& plot) {
     const std::size_t start = spectral_frame_start(file.frames, plot.fft_size);
     std::vector<std::vector<double>> spectra;
     for (unsigned c = 0; c < gallery_blocks(file.channels); ++c) {
-        spectra.push_back(chart_spectrum(file, c, start, plot.fft_size));
+        spectra.push_back(display_spectrum_db(file, c, start, plot.fft_size));
     }
     for (const PlotCard& card : kPlotCards) {
         if (!append_plot_card(page, plot, card, spectra)) return false;

@@ -1,5 +1,6 @@
 #include "report/spectral_card.h"
 
+#include "dsp/spectrum_frame.h"
 #include "report/spectral_chart.h"
 
 #include <array>
@@ -81,9 +82,10 @@ RecordSpectra record_spectra(const ReportInputs& in, unsigned channel,
     const std::int64_t ref_start = static_cast<std::int64_t>(record.chart_frame_start);
     const std::int64_t dut_start = ref_start + in.results.alignment.file_offset;
     RecordSpectra spectra;
-    spectra.ref_db = chart_spectrum(in.ref, channel, record.chart_frame_start, n);
+    spectra.ref_db = display_spectrum_db(in.ref, channel, record.chart_frame_start, n);
     if (dut_start >= 0) {
-        spectra.dut_db = chart_spectrum(in.dut, channel, static_cast<std::size_t>(dut_start), n);
+        spectra.dut_db =
+            display_spectrum_db(in.dut, channel, static_cast<std::size_t>(dut_start), n);
     }
     return spectra;
 }

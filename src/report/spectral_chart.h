@@ -43,12 +43,6 @@ struct SpectralChartData {
     std::span<const SpectralPeakLabel> peaks;
 };
 
-// The chart's own spectrum of one frame: Hann weight 0.5 (1 - cos(2 pi n / N)), the transform,
-// hypot(re, im) * 4 / N per bin below N/2 as 20 log10, or -140 for a zero magnitude or one below
-// the floor. Empty when the frame does not fit in the file or n is not a power of two.
-std::vector<double> chart_spectrum(const WavFile& file, unsigned channel, std::size_t start_frame,
-                                   std::size_t n);
-
 // The SVG and its data element "sx-spectral-data<suffix>".
 bool append_spectral_chart(TextBuffer& page, const SpectralChartData& chart);
 

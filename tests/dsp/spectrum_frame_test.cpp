@@ -1,7 +1,8 @@
 // The windowed spectrum frames: levels of tones and silence, the shifted window, and which
-// samples of an interleaved file a frame reads.
+// samples of an interleaved file a frame reads; the plain-Hann spectrum the pages show.
 #include "dsp/fft.h"
 #include "dsp/spectrum_frame.h"
+#include "support/memory_wav.h"
 #include "support/signal_gen.h"
 
 #include <gtest/gtest.h>
@@ -215,3 +216,39 @@ TEST(SpectrumFrame, ReusedWindowGivesTheSameBitsAcrossFrameLengths) {
 }
 
 } // namespace
+
+TEST(DisplaySpectrum, ConstantFrameShowsThePlainHannWindow) {
+    const WavFile file = memory_wav({std::vector<double>(64, 1.0)}, 48000);
+    const std::vector<double> levels = display_spectrum_db(file, 0, 0, 64);
+    ASSERT_EQ(levels.size(), 32U);
+    EXPECT_NEAR(levels[0], 20.0 * std::log10(2.0), 1e-9); // window sum 32, times 4 / 64
+    EXPECT_NEAR(levels[1], 0.0, 1e-9);                    // the window's first harmonic, -16
+    for (std::size_t k = 2; k < levels.size(); ++k) {
+        EXPECT_EQ(levels[k], -140.0) << k;
+    }
+}
+
+TEST(DisplaySpectrum, SineCentredOnABinReadsItsAmplitudeFromTheStartFrame) {
+    std::vector<double> left(80, 0.9);
+    std::vector<double> right(80, 0.0);
+    for (std::size_t i = 0; i < 64; ++i) {
+        right[16 + i] =
+            0.5 * std::sin(2.0 * std::numbers::pi * 8.0 * static_cast<double>(i) / 64.0);
+    }
+    const WavFile file = memory_wav({left, right}, 48000);
+    const std::vector<double> levels = display_spectrum_db(file, 1, 16, 64);
+    ASSERT_EQ(levels.size(), 32U);
+    EXPECT_NEAR(levels[8], -6.020599913279624, 1e-9);
+    EXPECT_NEAR(levels[7], -12.041199826559248, 1e-9);
+    EXPECT_NEAR(levels[9], -12.041199826559248, 1e-9);
+    EXPECT_EQ(levels[0], -140.0);
+}
+
+TEST(DisplaySpectrum, EmptyWhenTheFrameCannotBeTaken) {
+    const WavFile file = memory_wav({std::vector<double>(64, 0.25)}, 48000);
+    EXPECT_TRUE(display_spectrum_db(file, 0, 1, 64).empty()); // runs past the end
+    EXPECT_TRUE(display_spectrum_db(file, 0, 0, 48).empty()); // not a power of two
+    EXPECT_TRUE(display_spectrum_db(file, 1, 0, 64).empty()); // no such channel
+    EXPECT_TRUE(display_spectrum_db(file, 0, 65, 2).empty()); // starts past the end
+    EXPECT_EQ(display_spectrum_db(file, 0, 32, 32).size(), 16U);
+}

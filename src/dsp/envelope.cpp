@@ -1,8 +1,8 @@
 // The envelope reduction: a view of one channel split into 4096 equal columns, each keeping the
 // smallest and largest value of the frames it covers.
+#include "dsp/envelope.h"
+
 #include "audio/decibels.h"
-#include "report/chart_scales.h"
-#include "report/envelope_chart.h"
 
 #include <algorithm>
 #include <cmath>
@@ -29,9 +29,9 @@ ColumnFrames column_frames(std::size_t i, std::int64_t first, std::size_t count,
             std::min<std::int64_t>(end, static_cast<std::int64_t>(frames))};
 }
 
-// A level in dB floored at the chart's -140 dB.
+// A level in dB floored at the envelope's floor.
 double floored_db(double magnitude) {
-    return std::max(magnitude_db(magnitude), kChartDbMin);
+    return std::max(magnitude_db(magnitude), kDisplayFloorDb);
 }
 
 // The smallest and largest of value(samples[index]) for index = first, first + stride, ... below
@@ -80,7 +80,7 @@ void reduce_column(const WavFile& file, unsigned channel, ColumnFrames frames, E
 // -140 dB floor); a channel the file does not have leaves every column invalid.
 Envelope reduce_envelope(const WavFile& file, unsigned channel, std::int64_t first,
                          std::size_t count, std::int64_t shift, EnvelopeScale scale) {
-    const double rest = scale == EnvelopeScale::db ? kChartDbMin : 0.0;
+    const double rest = scale == EnvelopeScale::db ? kDisplayFloorDb : 0.0;
     Envelope envelope{std::vector<double>(kEnvelopeColumns, rest),
                       std::vector<double>(kEnvelopeColumns, rest),
                       std::vector<std::uint8_t>(kEnvelopeColumns, 0)};
@@ -92,4 +92,21 @@ Envelope reduce_envelope(const WavFile& file, unsigned channel, std::int64_t fir
         }
     }
     return envelope;
+}
+
+const Envelope& cached_envelope(EnvelopeCache* cache, const WavFile& file, unsigned channel,
+                                std::int64_t first, std::size_t count, std::int64_t shift,
+                                EnvelopeScale scale, Envelope& scratch) {
+    if (cache == nullptr) {
+        scratch = reduce_envelope(file, channel, first, count, shift, scale);
+        return scratch;
+    }
+    for (const EnvelopeCache::Entry& e : cache->entries) {
+        if (e.file == &file && e.channel == channel && e.first == first && e.count == count &&
+            e.shift == shift && e.scale == scale)
+            return e.envelope;
+    }
+    cache->entries.push_back({&file, channel, first, count, shift, scale,
+                              reduce_envelope(file, channel, first, count, shift, scale)});
+    return cache->entries.back().envelope;
 }
