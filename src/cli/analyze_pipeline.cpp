@@ -97,10 +97,10 @@ bool write_report_files(ReportFiles& files, const ReportInputs& inputs, std::str
     return commit_report_files(files, message);
 }
 
-// Writes the HTML report and, with --json, the JSON file as one set, then prints the summary line
-// naming them.
-bool write_outputs(const AnalyzeOptions& options, const OutputPaths& paths,
-                   const RunResults& results, const WavPair& wavs, const std::string& json) {
+// Takes the charts' figures from both files, writes the HTML report and, with --json, the JSON
+// file as one set, then prints the summary line naming them.
+bool write_outputs(const AnalyzeOptions& options, const OutputPaths& paths, RunResults& results,
+                   const WavPair& wavs, const std::string& json) {
     set_run_stage("writing the report");
     ReportFiles files;
     std::string message;
@@ -109,6 +109,7 @@ bool write_outputs(const AnalyzeOptions& options, const OutputPaths& paths,
         return false;
     }
     status_line(options, "Writing report...");
+    build_page_figures(results, wavs.ref, wavs.dut, results.figures);
     if (!write_report_files(files, {results, wavs.ref, wavs.dut, json}, message)) {
         std::fputs(message.c_str(), stderr);
         return false;

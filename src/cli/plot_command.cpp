@@ -79,5 +79,6 @@ int run_plot_command(std::span<char* const> args) {
     plot.noise_floor_db = defaults.analysis.spectral_fidelity.noise_floor_db.value_or(-100.0);
     const TesterInfo tester = tester_info_from(defaults.general);
     plot.tester = &tester;
+    build_plot_figures(file, plot.fft_size, plot.figures);
     return write_plot_outputs(options, paths, plot) ? 0 : 1;
 }

@@ -93,20 +93,3 @@ Envelope reduce_envelope(const WavFile& file, unsigned channel, std::int64_t fir
     }
     return envelope;
 }
-
-const Envelope& cached_envelope(EnvelopeCache* cache, const WavFile& file, unsigned channel,
-                                std::int64_t first, std::size_t count, std::int64_t shift,
-                                EnvelopeScale scale, Envelope& scratch) {
-    if (cache == nullptr) {
-        scratch = reduce_envelope(file, channel, first, count, shift, scale);
-        return scratch;
-    }
-    for (const EnvelopeCache::Entry& e : cache->entries) {
-        if (e.file == &file && e.channel == channel && e.first == first && e.count == count &&
-            e.shift == shift && e.scale == scale)
-            return e.envelope;
-    }
-    cache->entries.push_back({&file, channel, first, count, shift, scale,
-                              reduce_envelope(file, channel, first, count, shift, scale)});
-    return cache->entries.back().envelope;
-}

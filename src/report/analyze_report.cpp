@@ -44,9 +44,6 @@ bool append_signal_row(TextBuffer& page, const ReportInputs& in) {
 bool write_analyze_report(FileReplacement& out, const ReportInputs& in) {
     TextBuffer page;
     text_buffer_init(page);
-    EnvelopeCache envelopes;
-    ReportInputs with_cache = in;
-    with_cache.envelopes = &envelopes;
-    const bool built = append_analyze_page(page, with_cache);
+    const bool built = append_analyze_page(page, in);
     return finish_page(page, built, out);
 }

@@ -1,6 +1,5 @@
 // The Distortion (THD+N) card: the spectrum of the worst frame of the channel with the highest
 // THD+N, its fundamental and THD+N against the tolerance, and the scan counts and percentiles.
-#include "dsp/spectrum_frame.h"
 #include "report/card_frame.h"
 #include "report/card_pieces.h"
 #include "report/cards.h"
@@ -18,17 +17,12 @@ namespace {
 constexpr double kThdnFloorDb = -140.0;
 
 bool append_worst_frame_chart(TextBuffer& page, const ReportInputs& in, unsigned channel) {
-    const DistortionChannelResult& c = in.results.distortion.result.channel[channel];
     const std::size_t n = in.results.config.spectral_fidelity.fft_size.value;
-    const std::size_t ref_start = c.worst_frame_start;
-    const auto dut_start = static_cast<std::size_t>(static_cast<std::int64_t>(ref_start) +
-                                                    in.results.alignment.file_offset);
-    const std::vector<double> ref_db = display_spectrum_db(in.ref, channel, ref_start, n);
-    const std::vector<double> dut_db = display_spectrum_db(in.dut, channel, dut_start, n);
-    if (ref_db.empty()) return append_short_overlap_note(page);
+    const SpectrumFigure& spectra = in.results.figures.distortion;
+    if (spectra.ref_db.empty()) return append_short_overlap_note(page);
     SpectralChartData chart;
-    chart.ref_db = ref_db;
-    chart.dut_db = dut_db;
+    chart.ref_db = spectra.ref_db;
+    chart.dut_db = spectra.dut_db;
     chart.bin_hz = static_cast<double>(in.ref.sample_rate) / static_cast<double>(n);
     chart.nyquist_hz = static_cast<double>(in.ref.sample_rate) / 2.0;
     chart.id_suffix = "-distortion";

@@ -32,7 +32,8 @@ bool append_channel(TextBuffer& page, const ReportInputs& in, unsigned channel) 
     const ImpulseTemplateChannel& c = in.results.impulse_template.result.channel[channel];
     return append_counts(page, c, in.ref.channels, channel) &&
            append_worst(page, c, in.ref.sample_rate) &&
-           append_worst_sample_charts(page, in, channel, kCharts, failing_sample(c));
+           append_worst_sample_charts(page, in, channel, kCharts, failing_sample(c),
+                                      in.results.figures.impulse_zoom[channel]);
 }
 
 } // namespace

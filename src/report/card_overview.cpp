@@ -23,18 +23,17 @@ bool append_overview_chart(TextBuffer& page, const ReportInputs& in, unsigned ch
     frame.title = "Full signal";
     frame.overview = true;
     frame.trace_toggle = true;
+    const WaveformFigure& figure = in.results.figures.full[channel];
     EnvelopeView view;
-    view.ref = &in.ref;
-    view.dut = &in.dut;
-    view.dut_offset = in.results.alignment.file_offset;
-    view.channel = channel;
-    view.first_frame = 0;
-    view.frame_count = in.ref.frames;
+    view.ref = &figure.ref;
+    view.dut = &figure.dut;
+    view.sample_rate = in.ref.sample_rate;
+    view.first_frame = figure.first_frame;
+    view.frame_count = figure.frame_count;
     view.scale = EnvelopeScale::linear;
     view.id_suffix = id_suffix.c_str();
     view.title = "Full-file waveform overview";
     view.markers = markers;
-    view.cache = in.envelopes;
     return append_chart_frame_open(page, frame) && append_envelope_chart(page, view) &&
            append_chart_frame_close(page, frame);
 }

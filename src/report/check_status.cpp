@@ -28,20 +28,3 @@ double spectral_scan_p99(const SpectralScanResult& scan) {
         worst = std::max(worst, scan.channel[c].p99_ratio);
     return worst;
 }
-
-std::size_t distortion_shown_channel(const DistortionResult& result) {
-    std::size_t shown = 0;
-    const std::size_t channels = examined(result.channels);
-    for (std::size_t c = 1; c < channels; ++c) {
-        const DistortionChannelResult& candidate = result.channel[c];
-        const DistortionChannelResult& current = result.channel[shown];
-        if (!distortion_has_measurement(candidate)) continue;
-        if (!distortion_has_measurement(current) || candidate.thdn_ratio > current.thdn_ratio)
-            shown = c;
-    }
-    return shown;
-}
-
-bool distortion_has_measurement(const DistortionChannelResult& channel) {
-    return !channel.insufficient_samples && !channel.frame_gated && channel.frames_scanned > 0;
-}

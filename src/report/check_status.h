@@ -17,10 +17,3 @@ Badge status_badge(const CheckStatus& status);
 bool spectral_scan_in_error(const SpectralScanResult& scan);
 // The largest p99 ratio over the examined channels: the channel that decides the verdict.
 double spectral_scan_p99(const SpectralScanResult& scan);
-
-// The distortion channel a single set of tiles shows: among the channels with a measurement the
-// one with the largest worst-frame THD+N (the first on ties), which is the failing one whenever a
-// channel failed; channel 0 when none was measured.
-std::size_t distortion_shown_channel(const DistortionResult& result);
-// False when the channel's overlap was too short or every frame was gated.
-bool distortion_has_measurement(const DistortionChannelResult& channel);

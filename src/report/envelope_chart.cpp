@@ -60,18 +60,20 @@ bool append_detail_line(TextBuffer& page, const std::optional<double>& frac) {
                            "stroke-dasharray=\"4,3\" opacity=\"0.8\"");
 }
 
+// Every envelope the figures hold has all its columns; one that does not (a figure that was
+// never taken) fails the chart instead of being read past its end.
+bool complete(const Envelope* envelope) {
+    return envelope == nullptr ||
+           (envelope->min.size() == kEnvelopeColumns && envelope->max.size() == kEnvelopeColumns &&
+            envelope->valid.size() == kEnvelopeColumns);
+}
+
 } // namespace
 
 bool append_envelope_chart(TextBuffer& page, const EnvelopeView& view) {
-    Envelope ref_scratch;
-    Envelope dut_scratch;
-    const Envelope& ref = cached_envelope(view.cache, *view.ref, view.channel, view.first_frame,
-                                          view.frame_count, 0, view.scale, ref_scratch);
-    const Envelope* dut = nullptr;
-    if (view.dut != nullptr) {
-        dut = &cached_envelope(view.cache, *view.dut, view.channel, view.first_frame,
-                               view.frame_count, view.dut_offset, view.scale, dut_scratch);
-    }
+    if (view.ref == nullptr || !complete(view.ref) || !complete(view.dut)) return false;
+    const Envelope& ref = *view.ref;
+    const Envelope* dut = view.dut;
     return append_svg_open(page, view) && append_frame_lines(page, view) &&
            append_envelope_shape(page, ref, view.scale, kEnvelopeRefTrace) &&
            (!dut || append_envelope_shape(page, *dut, view.scale, kEnvelopeDutTrace)) &&

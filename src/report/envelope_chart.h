@@ -1,9 +1,8 @@
-// The waveform envelope chart: a view of one channel reduced to 4096 min/max columns, drawn as
-// filled outlines of the reference and optionally the DUT, with grid, labels, failure markers and
-// the JSON data element the page script redraws from.
+// The waveform envelope chart: a view of one channel already reduced to 4096 min/max columns,
+// drawn as filled outlines of the reference and optionally the DUT, with grid, labels, failure
+// markers and the JSON data element the page script redraws from.
 #pragma once
 
-#include "audio/wav_file.h"
 #include "dsp/envelope.h"
 #include "report/text_buffer.h"
 
@@ -20,18 +19,16 @@ struct ChartMarker {
 };
 
 struct EnvelopeView {
-    const WavFile* ref = nullptr;
-    const WavFile* dut = nullptr; // no DUT trace when null
-    std::int64_t dut_offset = 0;  // reference frame f is drawn with DUT frame f + dut_offset
-    unsigned channel = 0;
-    std::int64_t first_frame = 0; // the view, in reference frames
+    const Envelope* ref = nullptr;
+    const Envelope* dut = nullptr; // no DUT trace when null
+    std::uint32_t sample_rate = 0; // of the reference
+    std::int64_t first_frame = 0;  // the view, in reference frames
     std::size_t frame_count = 0;
     EnvelopeScale scale = EnvelopeScale::linear;
     const char* id_suffix = ""; // appended to the svg and data element ids
     const char* title = "";     // the aria label: "Full-file waveform overview" or a detail view
     std::span<const ChartMarker> markers;
     std::optional<double> detail_frac; // the dashed detail-position line, when given
-    EnvelopeCache* cache = nullptr;    // reuse reductions across the page, when given
 };
 
 // The SVG and its data element "sx-envelope-data<suffix>".

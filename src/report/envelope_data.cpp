@@ -53,7 +53,7 @@ bool append_envelope_data(TextBuffer& page, const EnvelopeView& view, const Enve
                "\"chartRight\":%.1f,\"chartTop\":%.1f,\"chartBottom\":%.1f,\"sampleRate\":%u,"
                "\"totalFrames\":%ld,\"yScale\":\"%s\",\"dbMin\":%.1f,\"dbMax\":%.1f,",
                view.id_suffix, kEnvelopeArea.left, kEnvelopeArea.right, kEnvelopeArea.top,
-               kEnvelopeArea.bottom, view.ref->sample_rate, static_cast<long>(view.frame_count),
+               kEnvelopeArea.bottom, view.sample_rate, static_cast<long>(view.frame_count),
                view.scale == EnvelopeScale::db ? "db" : "amp", kChartDbMin, kChartDbMax) &&
            text_append(page, "\"ref\":") && append_trace(page, &ref) &&
            text_append(page, ",\"dut\":") && append_trace(page, dut) &&

@@ -78,7 +78,7 @@ bool append_envelope_value_grid(TextBuffer& page, EnvelopeScale scale) {
 }
 
 bool append_envelope_time_grid(TextBuffer& page, const EnvelopeView& view) {
-    const double rate = view.ref->sample_rate;
+    const double rate = view.sample_rate;
     const double start = static_cast<double>(view.first_frame) / rate;
     const double length = static_cast<double>(view.frame_count) / rate;
     const double end =

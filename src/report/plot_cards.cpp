@@ -1,6 +1,5 @@
 #include "report/plot_cards.h"
 
-#include "dsp/spectrum_frame.h"
 #include "report/card_frame.h"
 #include "report/card_pieces.h"
 #include "report/chart_frame.h"
@@ -33,12 +32,6 @@ constexpr PlotCard kPlotCards[] = {
      PlotChart::energy},
 };
 
-// The spectral frame: fft_size frames centred in the file, or starting at frame 0 when the file
-// is shorter (the chart then shows its short-overlap note).
-std::size_t spectral_frame_start(std::size_t frames, std::size_t n) {
-    return frames >= n ? (frames - n) / 2 : 0;
-}
-
 bool append_plot_spectrum(TextBuffer& page, const PlotData& plot, const std::vector<double>& levels,
                           PlotChart chart, const char* suffix) {
     if (levels.empty()) return append_spectral_chart_note(page);
@@ -59,8 +52,8 @@ bool append_plot_envelope(TextBuffer& page, const PlotData& plot, unsigned chann
     const bool energy = chart == PlotChart::energy;
     const std::string id_suffix = std::string(energy ? "-energy" : "") + suffix;
     EnvelopeView view;
-    view.ref = plot.file;
-    view.channel = channel;
+    view.ref = energy ? &plot.figures.energy[channel] : &plot.figures.waveform[channel];
+    view.sample_rate = plot.file->sample_rate;
     view.first_frame = 0;
     view.frame_count = plot.file->frames;
     view.scale = energy ? EnvelopeScale::db : EnvelopeScale::linear;
@@ -90,14 +83,13 @@ bool append_plot_chart(TextBuffer& page, const PlotData& plot, const PlotCard& c
     return drawn && append_chart_frame_close(page, frame);
 }
 
-bool append_plot_card(TextBuffer& page, const PlotData& plot, const PlotCard& card,
-                      const std::vector<std::vector<double>>& spectra) {
+bool append_plot_card(TextBuffer& page, const PlotData& plot, const PlotCard& card) {
     const Badge badge{"info", "Single File"};
     if (!append_card_open(page, card.id, card.head, &badge)) return false;
     const std::uint32_t channels = plot.file->channels;
     for (unsigned c = 0; c < gallery_blocks(channels); ++c) {
         if (!append_gallery_heading(page, channels, c) ||
-            !append_plot_chart(page, plot, card, c, spectra[c])) {
+            !append_plot_chart(page, plot, card, c, plot.figures.spectrum_db[c])) {
             return false;
         }
     }
@@ -107,14 +99,8 @@ bool append_plot_card(TextBuffer& page, const PlotData& plot, const PlotCard& ca
 } // namespace
 
 bool append_plot_cards(TextBuffer& page, const PlotData& plot) {
-    const WavFile& file = *plot.file;
-    const std::size_t start = spectral_frame_start(file.frames, plot.fft_size);
-    std::vector<std::vector<double>> spectra;
-    for (unsigned c = 0; c < gallery_blocks(file.channels); ++c) {
-        spectra.push_back(display_spectrum_db(file, c, start, plot.fft_size));
-    }
     for (const PlotCard& card : kPlotCards) {
-        if (!append_plot_card(page, plot, card, spectra)) return false;
+        if (!append_plot_card(page, plot, card)) return false;
     }
     return true;
 }

@@ -16,6 +16,7 @@ struct PlotData {
     std::size_t fft_size = 8192;        // the spectral frame's length
     double noise_floor_db = -100.0;     // drawn as the chart's noise-floor tier
     const TesterInfo* tester = nullptr; // null when tester information is not shown
+    PlotFigures figures;                // what the charts draw, taken from the file beforehand
 };
 
 // Each writer builds its text in memory and writes it into `out` in one piece; false when the text

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "audio/wav_file.h"
-#include "report/envelope_chart.h"
 #include "results/run_results.h"
 
 #include <string_view>
@@ -13,5 +12,4 @@ struct ReportInputs {
     const WavFile& ref;
     const WavFile& dut;
     std::string_view json_text;
-    EnvelopeCache* envelopes = nullptr; // shared by the page's charts while it is built
 };

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -23,6 +24,14 @@ std::optional<std::size_t> first_failing(const WidgetState& state) {
         if (!record_of(state, i).passed) return i;
     }
     return std::nullopt;
+}
+
+// The displayed spectra of one snapshot; empty (the short-overlap note) when none were taken.
+const SpectrumFigure& snapshot_spectra(const ReportInputs& in, unsigned channel,
+                                       std::size_t index) {
+    static const SpectrumFigure kNone;
+    const std::vector<SpectrumFigure>& taken = in.results.figures.spectral_snapshots[channel];
+    return index < taken.size() ? taken[index] : kNone;
 }
 
 std::string snapshot_position(const WidgetState& state, std::size_t index) {
@@ -83,7 +92,7 @@ bool append_panel(TextBuffer& page, const ReportInputs& in, const WidgetState& s
     frame.inside_snapshot_panel = true;
     return text_append_format(page, "<div class=\"snap-panel\" data-snap-idx=\"%zu\"%s>\n", index,
                               index == state.selected ? "" : " hidden") &&
-           append_record_chart(page, in, record, record_spectra(in, state.channel, record), frame,
+           append_record_chart(page, in, record, snapshot_spectra(in, state.channel, index), frame,
                                id_suffix);
 }
 

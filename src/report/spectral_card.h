@@ -20,20 +20,10 @@ std::string spectral_position_text(double seconds);
 // frame `start`: (start + fft_size / 2) / sample_rate, as the snapshots report their times.
 double frame_centre_seconds(const ReportInputs& in, std::uint64_t start);
 
-// The chart spectra of one record: the reference at its chart frame and the DUT at the same
-// frame moved by the alignment offset. Either is empty when the frame does not fit its file.
-struct RecordSpectra {
-    std::vector<double> ref_db;
-    std::vector<double> dut_db;
-};
-
-RecordSpectra record_spectra(const ReportInputs& in, unsigned channel,
-                             const SpectralChannelResult& record);
-
 // The chart frame `frame` holding the spectral chart of `record` (tier lines, the fail marker
 // when the record failed, the labelled peaks), or the short-overlap note when a spectrum is empty.
 bool append_record_chart(TextBuffer& page, const ReportInputs& in,
-                         const SpectralChannelResult& record, const RecordSpectra& spectra,
+                         const SpectralChannelResult& record, const SpectrumFigure& spectra,
                          const ChartFrame& frame, const std::string& id_suffix);
 
 // "<p class=\"chart-note\">Not enough aligned samples for a snapshot frame.</p>\n"

@@ -1,6 +1,5 @@
 #include "report/spectral_card.h"
 
-#include "dsp/spectrum_frame.h"
 #include "report/spectral_chart.h"
 
 #include <array>
@@ -41,7 +40,7 @@ std::optional<SpectralFailMarker> record_fail_marker(const SpectralChannelResult
 }
 
 bool append_record_spectra(TextBuffer& page, const ReportInputs& in,
-                           const SpectralChannelResult& record, const RecordSpectra& spectra,
+                           const SpectralChannelResult& record, const SpectrumFigure& spectra,
                            const std::string& id_suffix) {
     if (spectra.ref_db.empty() || spectra.dut_db.empty()) return append_spectral_chart_note(page);
     const double sample_rate = static_cast<double>(in.ref.sample_rate);
@@ -76,22 +75,8 @@ double frame_centre_seconds(const ReportInputs& in, std::uint64_t start) {
            static_cast<double>(in.ref.sample_rate);
 }
 
-RecordSpectra record_spectra(const ReportInputs& in, unsigned channel,
-                             const SpectralChannelResult& record) {
-    const std::size_t n = chart_fft_size(in);
-    const std::int64_t ref_start = static_cast<std::int64_t>(record.chart_frame_start);
-    const std::int64_t dut_start = ref_start + in.results.alignment.file_offset;
-    RecordSpectra spectra;
-    spectra.ref_db = display_spectrum_db(in.ref, channel, record.chart_frame_start, n);
-    if (dut_start >= 0) {
-        spectra.dut_db =
-            display_spectrum_db(in.dut, channel, static_cast<std::size_t>(dut_start), n);
-    }
-    return spectra;
-}
-
 bool append_record_chart(TextBuffer& page, const ReportInputs& in,
-                         const SpectralChannelResult& record, const RecordSpectra& spectra,
+                         const SpectralChannelResult& record, const SpectrumFigure& spectra,
                          const ChartFrame& frame, const std::string& id_suffix) {
     return append_chart_frame_open(page, frame) &&
            append_record_spectra(page, in, record, spectra, id_suffix) &&

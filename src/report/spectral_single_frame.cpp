@@ -44,7 +44,7 @@ bool append_worst_bin_tile(TextBuffer& page, const ReportInputs& in,
 }
 
 bool append_tile_row(TextBuffer& page, const ReportInputs& in, const SpectralChannelResult& record,
-                     const RecordSpectra& spectra) {
+                     const SpectrumFigure& spectra) {
     return text_append(page, "<div class=\"tile-row\">\n") &&
            append_tile_count(page, "Bins Compared", false, record.bins_compared) &&
            append_tile_count(page, "Bins Failed", record.bins_failed > 0, record.bins_failed) &&
@@ -76,7 +76,7 @@ bool append_single_frame_block(TextBuffer& page, const ReportInputs& in, unsigne
     frame.frame_id = frame_id.c_str();
     frame.title = "Ref vs. DUT magnitude spectrum";
     frame.trace_toggle = true;
-    const RecordSpectra spectra = record_spectra(in, channel, record);
+    const SpectrumFigure& spectra = in.results.figures.spectral_scan[channel];
     return append_record_chart(page, in, record, spectra, frame, suffix) &&
            append_tile_row(page, in, record, spectra);
 }

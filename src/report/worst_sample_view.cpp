@@ -4,7 +4,6 @@
 #include "report/chart_frame.h"
 #include "report/envelope_chart.h"
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -30,14 +29,13 @@ bool append_chart(TextBuffer& page, const ChartIds& ids, const char* title,
            append_chart_frame_close(page, frame);
 }
 
-EnvelopeView channel_view(const ReportInputs& in, unsigned channel) {
+EnvelopeView figure_view(const ReportInputs& in, const WaveformFigure& figure) {
     EnvelopeView view;
-    view.ref = &in.ref;
-    view.dut = &in.dut;
-    view.dut_offset = in.results.alignment.file_offset;
-    view.channel = channel;
-    view.frame_count = in.ref.frames;
-    view.cache = in.envelopes;
+    view.ref = &figure.ref;
+    view.dut = &figure.dut;
+    view.sample_rate = in.ref.sample_rate;
+    view.first_frame = figure.first_frame;
+    view.frame_count = figure.frame_count;
     return view;
 }
 
@@ -64,34 +62,22 @@ bool append_amplitudes_row_close(TextBuffer& page, double ref_amp, double dut_am
                               ref_amp, dut_amp);
 }
 
-DetailWindow detail_window(std::size_t frames, std::uint64_t worst) {
-    const std::size_t half = std::max(frames / 200, kMinDetailHalfWidth);
-    const std::size_t count = std::min(2 * half, frames);
-    const std::size_t centre = std::min<std::size_t>(worst, frames);
-    const std::size_t first = std::min(centre - std::min(centre, half), frames - count);
-    return {static_cast<std::int64_t>(first), count};
-}
-
 bool append_worst_sample_charts(TextBuffer& page, const ReportInputs& in, unsigned channel,
-                                const WorstSampleCharts& charts,
-                                std::optional<std::uint64_t> worst) {
+                                const WorstSampleCharts& charts, std::optional<std::uint64_t> worst,
+                                const WaveformFigure& zoom_figure) {
     const char* suffix = channel_suffix(in.ref.channels, channel);
     const ChartIds full_ids = chart_ids(charts, "", suffix);
     const ChartIds zoom_ids = chart_ids(charts, "-zoom", suffix);
-    EnvelopeView full = channel_view(in, channel);
+    EnvelopeView full = figure_view(in, in.results.figures.full[channel]);
     full.id_suffix = full_ids.suffix.c_str();
     full.title = "Full-file waveform overview";
     if (worst) full.detail_frac = view_fraction(*worst, 0, in.ref.frames);
-    // Without a failing sample the record's worst sample stays 0: the detail view opens the file.
-    const DetailWindow window = detail_window(in.ref.frames, worst.value_or(0));
-    EnvelopeView zoom = channel_view(in, channel);
-    zoom.first_frame = window.first_frame;
-    zoom.frame_count = window.frame_count;
+    EnvelopeView zoom = figure_view(in, zoom_figure);
     zoom.id_suffix = zoom_ids.suffix.c_str();
     zoom.title = "Detail view around worst point";
     std::vector<ChartMarker> markers;
     if (worst) {
-        const double frac = view_fraction(*worst, window.first_frame, window.frame_count);
+        const double frac = view_fraction(*worst, zoom.first_frame, zoom.frame_count);
         markers.push_back({charts.marker_label, frac});
     }
     zoom.markers = markers;

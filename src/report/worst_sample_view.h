@@ -21,25 +21,14 @@ bool append_worst_sample_row_open(TextBuffer& page, std::uint64_t worst, std::ui
 // The "Ref / DUT Amplitude" tile "%.6f / %.6f" and the end of the row.
 bool append_amplitudes_row_close(TextBuffer& page, double ref_amp, double dut_amp);
 
-// Half the detail view's width: 0.5 % of the file's frames, but at least this many frames.
-inline constexpr std::size_t kMinDetailHalfWidth = 2048;
-
-struct DetailWindow {
-    std::int64_t first_frame = 0;
-    std::size_t frame_count = 0;
-};
-
-// The frames from `worst` minus the half width to `worst` plus it, shifted to stay inside the
-// file (and cut to the file when it is shorter than the view).
-DetailWindow detail_window(std::size_t frames, std::uint64_t worst);
-
 struct WorstSampleCharts {
     const char* frame_stem = ""; // "sx-timedomain": ids "<stem>-frame<ch>", "<stem>-zoom-frame<ch>"
     const char* suffix_stem = "";  // "-timedomain": suffixes "<stem><ch>", "<stem>-zoom<ch>"
     const char* marker_label = ""; // names the worst sample on the detail view
 };
 
-// Both charts of `channel`; `worst` is the worst sample when the channel failed.
+// Both charts of `channel`: the full view and `zoom_figure` around the worst sample; `worst` is
+// the worst sample when the channel failed.
 bool append_worst_sample_charts(TextBuffer& page, const ReportInputs& in, unsigned channel,
-                                const WorstSampleCharts& charts,
-                                std::optional<std::uint64_t> worst);
+                                const WorstSampleCharts& charts, std::optional<std::uint64_t> worst,
+                                const WaveformFigure& zoom_figure);

@@ -12,6 +12,7 @@
 #include "dsp/artifact.h"
 #include "dsp/distortion.h"
 #include "dsp/loudness.h"
+#include "results/page_figures.h"
 #include "results/spectral_outcome.h"
 #include "results/version.h"
 
@@ -91,6 +92,7 @@ struct RunResults {
     OverallVerdict overall;
     AnalysisConfig config;
     TesterInfo tester;
+    PageFigures figures; // what the report draws, taken once the checks have run
 };
 
 // "PASS" or "FAIL".

@@ -27,7 +27,9 @@ struct OverviewCase {
     }
 
     std::string card() const {
-        const ReportInputs in{results, ref, dut, ""};
+        RunResults prepared = results;
+        build_page_figures(prepared, ref, dut, prepared.figures);
+        const ReportInputs in{prepared, ref, dut, ""};
         return render_text([&](TextBuffer& page) { return append_overview_card(page, in); });
     }
 };

@@ -40,25 +40,6 @@ TimeDomainChannel failing_scan() {
 
 } // namespace
 
-TEST(DetailWindow, AtLeastTwiceTheMinimumHalfWidthAroundTheWorstSample) {
-    const DetailWindow middle = detail_window(100000, 50000);
-    EXPECT_EQ(middle.first_frame, 50000 - 2048);
-    EXPECT_EQ(middle.frame_count, 4096u);
-    const DetailWindow long_file = detail_window(48000000, 24000000);
-    EXPECT_EQ(long_file.first_frame, 24000000 - 240000);
-    EXPECT_EQ(long_file.frame_count, 480000u);
-}
-
-TEST(DetailWindow, ShiftedInsideTheFileAndCutToShortFiles) {
-    EXPECT_EQ(detail_window(100000, 10).first_frame, 0);
-    const DetailWindow end = detail_window(100000, 99999);
-    EXPECT_EQ(end.first_frame, 100000 - 4096);
-    EXPECT_EQ(end.frame_count, 4096u);
-    const DetailWindow short_file = detail_window(1000, 700);
-    EXPECT_EQ(short_file.first_frame, 0);
-    EXPECT_EQ(short_file.frame_count, 1000u);
-}
-
 TEST(TimeDomainCard, LeftOutUnlessEnabled) {
     ReportCase run(1, 64);
     EXPECT_EQ(time_domain_of(run), "");

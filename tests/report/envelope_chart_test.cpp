@@ -27,9 +27,18 @@ std::string path_of(const std::string& page, const std::string& trace) {
     return page.substr(from, page.find('"', from) - from);
 }
 
-EnvelopeView view_of(const WavFile& ref, std::int64_t first, std::size_t count) {
-    EnvelopeView view;
-    view.ref = &ref;
+// A chart's view of in-memory files; drawing it reduces their envelopes first, as the page's
+// figures would hold them (the DUT read `dut_offset` frames later).
+struct ChartCase : EnvelopeView {
+    const WavFile* ref_file = nullptr;
+    const WavFile* dut_file = nullptr;
+    std::int64_t dut_offset = 0;
+    unsigned channel = 0;
+};
+
+ChartCase view_of(const WavFile& ref, std::int64_t first, std::size_t count) {
+    ChartCase view;
+    view.ref_file = &ref;
     view.first_frame = first;
     view.frame_count = count;
     view.id_suffix = "-t";
@@ -37,9 +46,23 @@ EnvelopeView view_of(const WavFile& ref, std::int64_t first, std::size_t count) 
     return view;
 }
 
+bool draw(TextBuffer& page, ChartCase chart) {
+    const Envelope ref = reduce_envelope(*chart.ref_file, chart.channel, chart.first_frame,
+                                         chart.frame_count, 0, chart.scale);
+    Envelope dut;
+    if (chart.dut_file != nullptr) {
+        dut = reduce_envelope(*chart.dut_file, chart.channel, chart.first_frame, chart.frame_count,
+                              chart.dut_offset, chart.scale);
+    }
+    chart.ref = &ref;
+    chart.dut = chart.dut_file != nullptr ? &dut : nullptr;
+    chart.sample_rate = chart.ref_file->sample_rate;
+    return append_envelope_chart(page, chart);
+}
+
 TEST_F(EnvelopeChart, OutlineOfThreeFramesGivesOnlyTheLastPieceItsLowerEdge) {
     const WavFile file = memory_wav({{0.5, -0.25, 0.75}}, 48000);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 3)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 0, 3)));
     EXPECT_EQ(path_of(content(), "ref"), "M368.59,52.58 L368.82,52.58 Z "
                                          "M679.18,98.21 L679.41,98.21 Z "
                                          "M989.77,37.38 L990.00,37.38 L989.77,37.38 Z ");
@@ -50,14 +73,14 @@ TEST_F(EnvelopeChart, OutlineOfThreeFramesGivesOnlyTheLastPieceItsLowerEdge) {
 
 TEST_F(EnvelopeChart, InvalidLastColumnLeavesEveryPieceWithoutLowerEdge) {
     const WavFile file = memory_wav({{0.5, -0.25}}, 48000);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 3)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 0, 3)));
     EXPECT_EQ(path_of(content(), "ref"),
               "M368.59,52.58 L368.82,52.58 Z M679.18,98.21 L679.41,98.21 Z ");
 }
 
 TEST_F(EnvelopeChart, FullViewWalksTheLowerEdgeBackToTheFirstColumn) {
     const WavFile file = memory_wav({std::vector<double>(kEnvelopeColumns, 0.6)}, 48000);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, kEnvelopeColumns)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 0, kEnvelopeColumns)));
     const std::string d = path_of(content(), "ref");
     EXPECT_EQ(d.rfind("M58.00,46.50 L58.23,46.50 L58.46,46.50 ", 0), 0U);
     EXPECT_EQ(count_of(d, "L"), 2 * kEnvelopeColumns);
@@ -67,10 +90,10 @@ TEST_F(EnvelopeChart, FullViewWalksTheLowerEdgeBackToTheFirstColumn) {
 
 TEST_F(EnvelopeChart, SilentFileOnTheDbScaleDrawsBothShapesAtTheFloor) {
     const WavFile silent = memory_wav({std::vector<double>(10, 0.0)}, 48000);
-    EnvelopeView view = view_of(silent, 0, 10);
-    view.dut = &silent;
+    ChartCase view = view_of(silent, 0, 10);
+    view.dut_file = &silent;
     view.scale = EnvelopeScale::db;
-    ASSERT_TRUE(append_envelope_chart(buffer, view));
+    ASSERT_TRUE(draw(buffer, view));
     for (const char* trace : {"ref", "dut"}) {
         const std::string d = path_of(content(), trace);
         const std::vector<std::string> heights = texts_after(d, ",", ' ');
@@ -87,16 +110,16 @@ TEST_F(EnvelopeChart, SilentFileOnTheDbScaleDrawsBothShapesAtTheFloor) {
 
 TEST_F(EnvelopeChart, AmplitudeAboveTheScaleIsDrawnAtTheTop) {
     const WavFile file = memory_wav({{1.5}}, 48000);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 1)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 0, 1)));
     EXPECT_EQ(path_of(content(), "ref"), "M989.77,10.00 L990.00,10.00 L989.77,10.00 Z ");
 }
 
 TEST_F(EnvelopeChart, DataElementOfATinyView) {
     const WavFile file = memory_wav({{0.5, -0.25, 0.75}}, 48000);
     const std::vector<ChartMarker> markers{{"Level Fidelity", 0.5}, {"a\"b", 1.5}};
-    EnvelopeView view = view_of(file, 0, 3);
+    ChartCase view = view_of(file, 0, 3);
     view.markers = markers;
-    ASSERT_TRUE(append_envelope_chart(buffer, view));
+    ASSERT_TRUE(draw(buffer, view));
     std::string min_values;
     std::string max_values;
     std::string valid;
@@ -127,9 +150,9 @@ TEST_F(EnvelopeChart, DataElementOfATinyView) {
 TEST_F(EnvelopeChart, MarkersPastTheViewStopAtTheRightEdge) {
     const WavFile file = memory_wav({{0.5, -0.25, 0.75}}, 48000);
     const std::vector<ChartMarker> markers{{"<b>", 1.5}, {"Artifact", 0.25}};
-    EnvelopeView view = view_of(file, 0, 3);
+    ChartCase view = view_of(file, 0, 3);
     view.markers = markers;
-    ASSERT_TRUE(append_envelope_chart(buffer, view));
+    ASSERT_TRUE(draw(buffer, view));
     EXPECT_NE(content().find("<line x1=\"990.00\" y1=\"10.00\" x2=\"990.00\" y2=\"156.00\" "
                              "stroke=\"var(--fail)\" stroke-width=\"1\" "
                              "stroke-dasharray=\"3,2\"/>\n<text x=\"993.00\" y=\"12.00\" "
@@ -141,9 +164,9 @@ TEST_F(EnvelopeChart, MarkersPastTheViewStopAtTheRightEdge) {
 
 TEST_F(EnvelopeChart, DetailLineAtItsPosition) {
     const WavFile file = memory_wav({{0.5, -0.25, 0.75}}, 48000);
-    EnvelopeView view = view_of(file, 0, 3);
+    ChartCase view = view_of(file, 0, 3);
     view.detail_frac = 0.5;
-    ASSERT_TRUE(append_envelope_chart(buffer, view));
+    ASSERT_TRUE(draw(buffer, view));
     EXPECT_NE(content().find("<line x1=\"524.00\" y1=\"10.00\" x2=\"524.00\" y2=\"156.00\" "
                              "stroke=\"var(--line)\" stroke-width=\"1.5\" "
                              "stroke-dasharray=\"4,3\" opacity=\"0.8\"/>\n</svg>\n"),
@@ -152,11 +175,11 @@ TEST_F(EnvelopeChart, DetailLineAtItsPosition) {
 
 TEST_F(EnvelopeChart, SvgHeadAxesAndTitles) {
     const WavFile file = memory_wav({{0.5, -0.25, 0.75}}, 48000);
-    EnvelopeView view = view_of(file, 0, 3);
-    view.dut = &file;
+    ChartCase view = view_of(file, 0, 3);
+    view.dut_file = &file;
     view.title = "Detail view around worst point";
     view.scale = EnvelopeScale::db;
-    ASSERT_TRUE(append_envelope_chart(buffer, view));
+    ASSERT_TRUE(draw(buffer, view));
     EXPECT_EQ(content().rfind("<svg viewBox=\"0 0 1000 200\" preserveAspectRatio=\"none\" "
                               "class=\"sx-envelope\" id=\"sx-envelope-svg-t\" role=\"img\" "
                               "aria-label=\"Detail view around worst point, reference vs. "
@@ -177,9 +200,9 @@ TEST_F(EnvelopeChart, SvgHeadAxesAndTitles) {
 
 TEST_F(EnvelopeChart, DbGridEveryTwentyDbWithLabels) {
     const WavFile file = memory_wav({{0.5}}, 48000);
-    EnvelopeView view = view_of(file, 0, 1);
+    ChartCase view = view_of(file, 0, 1);
     view.scale = EnvelopeScale::db;
-    ASSERT_TRUE(append_envelope_chart(buffer, view));
+    ASSERT_TRUE(draw(buffer, view));
     EXPECT_EQ(count_of(content(), "opacity=\"0.55\"/>\n<text x=\"52.00\""), 9U);
     EXPECT_NE(content().find("<line x1=\"58.00\" y1=\"10.00\" x2=\"990.00\" y2=\"10.00\" "
                              "stroke=\"var(--ink-soft)\" stroke-width=\"1\" opacity=\"0.55\"/>\n"
@@ -193,7 +216,7 @@ TEST_F(EnvelopeChart, DbGridEveryTwentyDbWithLabels) {
 
 TEST_F(EnvelopeChart, LinearGridRunsFromPlusToMinusOnePointTwoWithAStrongerZeroLine) {
     const WavFile file = memory_wav({{0.5}}, 48000);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 1)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 0, 1)));
     const std::string page = content();
     EXPECT_EQ(count_of(page, "text-anchor=\"end\">"), 13U);
     EXPECT_NE(page.find("text-anchor=\"end\">+1.2</text>"), std::string::npos);
@@ -220,7 +243,7 @@ std::vector<std::string> time_labels(const std::string& page) {
 
 TEST_F(EnvelopeChart, ShortViewLabelsSecondsWithOneDecimal) {
     const WavFile file = memory_wav({std::vector<double>(50, 0.1)}, 10);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 50)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 0, 50)));
     EXPECT_EQ(time_labels(content()),
               (std::vector<std::string>{"0.0s", "1.0s", "2.0s", "3.0s", "4.0s", "5.0s"}));
     EXPECT_EQ(count_of(content(), "stroke=\"var(--line-strong)\" stroke-width=\"1\" "
@@ -236,7 +259,7 @@ TEST_F(EnvelopeChart, ShortViewLabelsSecondsWithOneDecimal) {
 // t not a multiple of 4), all drawn before the first major line.
 TEST_F(EnvelopeChart, MinorTimeLinesStandAtQuarterStepsBetweenMajorLines) {
     const WavFile file = memory_wav({std::vector<double>(50, 0.1)}, 10);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 50)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 0, 50)));
     const char* minor = "\" y1=\"10.00\" x2=\"";
     const char* style = "\" y2=\"156.00\" stroke=\"var(--line-strong)\" stroke-width=\"1\" "
                         "opacity=\"0.5\"/>\n";
@@ -254,73 +277,29 @@ TEST_F(EnvelopeChart, MinorTimeLinesStandAtQuarterStepsBetweenMajorLines) {
 
 TEST_F(EnvelopeChart, ViewEndingAtAMinuteLabelsMinutesAndRoundedSeconds) {
     const WavFile file = memory_wav({std::vector<double>(700, 0.1)}, 10);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 600)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 0, 600)));
     EXPECT_EQ(time_labels(content()),
               (std::vector<std::string>{"0:00", "0:12", "0:24", "0:36", "0:48", "1:00"}));
     text_buffer_free(buffer);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 5, 600)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 5, 600)));
     EXPECT_EQ(time_labels(content()),
               (std::vector<std::string>{"0:01", "0:13", "0:25", "0:37", "0:49", "1:01"}));
     text_buffer_free(buffer);
-    ASSERT_TRUE(append_envelope_chart(buffer, view_of(file, 0, 599)));
+    ASSERT_TRUE(draw(buffer, view_of(file, 0, 599)));
     EXPECT_EQ(time_labels(content()).back(), "59.9s");
 }
 
 TEST_F(EnvelopeChart, DutTraceReadsAtItsOffset) {
     const WavFile ref = memory_wav({{0.5, -0.25, 0.75}}, 48000);
     const WavFile dut = memory_wav({{0.9, 0.5, -0.25, 0.75}}, 48000);
-    EnvelopeView view = view_of(ref, 0, 3);
-    view.dut = &dut;
+    ChartCase view = view_of(ref, 0, 3);
+    view.dut_file = &dut;
     view.dut_offset = 1;
-    ASSERT_TRUE(append_envelope_chart(buffer, view));
+    ASSERT_TRUE(draw(buffer, view));
     EXPECT_EQ(path_of(content(), "dut"), path_of(content(), "ref"));
     EXPECT_NE(content().find("aria-label=\"Full-file waveform overview, reference vs. DUT\">\n"),
               std::string::npos);
     EXPECT_EQ(count_of(content(), "\"dut\":{\"min\":[0.0000,"), 1U);
-}
-
-} // namespace
-
-namespace {
-
-// The chart text of `view`, drawn into a fresh buffer.
-std::string chart_text(const EnvelopeView& view) {
-    TextBuffer page;
-    text_buffer_init(page);
-    EXPECT_TRUE(append_envelope_chart(page, view));
-    std::string text(page.data, page.length);
-    text_buffer_free(page);
-    return text;
-}
-
-TEST(EnvelopeCacheTest, CachedChartsAreTheSameTextAndReduceEachViewOnce) {
-    std::vector<double> left(9000);
-    std::vector<double> right(9000);
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        left[i] = std::sin(0.01 * static_cast<double>(i));
-        right[i] = 0.5 * std::cos(0.003 * static_cast<double>(i));
-    }
-    const WavFile ref = memory_wav({left, right}, 48000);
-    const WavFile dut = memory_wav({right, left}, 48000);
-    EnvelopeView view;
-    view.ref = &ref;
-    view.dut = &dut;
-    view.dut_offset = 3;
-    view.channel = 1;
-    view.frame_count = ref.frames;
-    const std::string plain = chart_text(view);
-    EnvelopeCache cache;
-    view.cache = &cache;
-    EXPECT_EQ(chart_text(view), plain);
-    EXPECT_EQ(cache.entries.size(), 2u); // the reference and the DUT view
-    EXPECT_EQ(chart_text(view), plain);
-    EXPECT_EQ(cache.entries.size(), 2u) << "the same view is taken from the cache";
-    view.scale = EnvelopeScale::db;
-    view.cache = nullptr;
-    const std::string db_plain = chart_text(view);
-    view.cache = &cache;
-    EXPECT_EQ(chart_text(view), db_plain);
-    EXPECT_EQ(cache.entries.size(), 4u) << "another scale is another view";
 }
 
 } // namespace

@@ -35,6 +35,7 @@ std::string plot_page(const WavFile& file, const TesterInfo* tester = nullptr) {
     plot.fft_size = kFft;
     plot.noise_floor_db = -90.0;
     plot.tester = tester;
+    build_plot_figures(file, plot.fft_size, plot.figures);
     const std::string path = dir.file("plot.html");
     EXPECT_TRUE(write_to_path(path, [&](FileReplacement& f) { return write_plot_page(f, plot); }));
     return read_text_file(path);
@@ -201,6 +202,7 @@ TEST(PlotPage, AFailedWriteFails) {
     plot.input_path = "tone.wav";
     plot.file = &file;
     plot.fft_size = kFft;
+    build_plot_figures(file, plot.fft_size, plot.figures);
     FileReplacement full;
     if (!open_full_device(full)) GTEST_SKIP() << "no /dev/full";
     EXPECT_FALSE(write_plot_page(full, plot));

@@ -1,6 +1,6 @@
 // A constructed analyze run for the report tests: a short sine in both files (the DUT identical
 // to the reference), settings resolved to their built-in defaults, the alignment of identical
-// files, and records that each test fills in.
+// files, and records that each test fills in; the figures are taken when the inputs are asked for.
 #pragma once
 
 #include "config/analysis_config.h"
@@ -38,5 +38,13 @@ struct ReportCase {
         resolve_analysis_config({}, {}, {}, kCaseRate, frames, results.config);
     }
 
-    ReportInputs inputs() const { return {results, ref, dut, json}; }
+    // The record as the driver hands it to the report: with the figures taken from both files.
+    ReportInputs inputs() const {
+        prepared = results;
+        build_page_figures(prepared, ref, dut, prepared.figures);
+        return {prepared, ref, dut, json};
+    }
+
+  private:
+    mutable RunResults prepared;
 };

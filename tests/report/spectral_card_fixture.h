@@ -70,8 +70,16 @@ struct SpectralCardCase {
             results.spectral.result.scan.channel[c] = card_record();
     }
 
-    ReportInputs inputs() const { return {results, ref, dut, ""}; }
+    // The record as the driver hands it to the report: with the figures taken from both files.
+    ReportInputs inputs() const {
+        prepared = results;
+        build_page_figures(prepared, ref, dut, prepared.figures);
+        return {prepared, ref, dut, ""};
+    }
     SpectralChannelResult& scan(unsigned channel) {
         return results.spectral.result.scan.channel[channel];
     }
+
+  private:
+    mutable RunResults prepared;
 };
