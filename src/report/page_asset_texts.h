@@ -1,8 +1,8 @@
 // The fixed texts behind the page assets. Each is a file under report/assets, which the build
 // embeds by cmake/embed_assets.cmake as the constant named "k" followed by the words of the file
 // name (split at '_' and '.'), each with a capital first letter: report/assets/chart_view.js is
-// kChartViewJs. The files hold exactly the bytes the pages carry, so they have no comments of
-// their own beyond those the page shows; what each one holds is said here.
+// kChartViewJs. The files hold exactly the bytes the pages carry, so any comment in them is also
+// in every page; what each one holds is said here instead.
 #pragma once
 
 #include <string_view>
@@ -28,8 +28,8 @@ extern const std::string_view kThemeToggleHtml;
 // The theme script: the effective theme, the saved choice and the button's icon and label.
 extern const std::string_view kThemeJs;
 
-// The chart interaction script in the order its pieces are joined. The pieces are parts of one
-// function body, so each file is a whole script that declares what the later pieces use:
+// The chart interaction script's pieces, in the order page_assets.cpp joins them into the body of
+// one function. Each holds whole statements, so it can be read and checked on its own: the
 // constants and view arithmetic (a view is a pair {start, end} in unit space, 0..1 of the chart's
 // full range),
 extern const std::string_view kChartViewJs;
