@@ -17,11 +17,5 @@ out="$(realpath -m "$2")"
 cd "$root"
 # shellcheck source=ensure-packages.sh
 source scripts/ensure-packages.sh
-wanted=(chromium)
-command -v node >/dev/null || wanted+=(nodejs)
-command -v npm >/dev/null || wanted+=(npm)
-ensure_packages "${wanted[@]}"
-if ! npm ls --depth=0 >/dev/null 2>&1; then
-    npm ci --no-audit --no-fund
-fi
+ensure_node_packages chromium
 node tests/browser/run.mjs "$exe" "$out"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# The whole test suite: formatting and static analysis, a Release tree and an
-# AddressSanitizer+UndefinedBehaviorSanitizer tree with every test run on both, the browser tests
-# of the pages the Release build writes, and each fuzz harness for 30 seconds from its seed corpus.
-# Installs what is missing first.
+# The whole test suite: formatting, lint of the pages' scripts and style sheets, static analysis,
+# a Release tree and an AddressSanitizer+UndefinedBehaviorSanitizer tree with every test run on
+# both, the browser tests of the pages the Release build writes, and each fuzz harness for 30
+# seconds from its seed corpus. Installs what is missing first.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
@@ -16,6 +16,11 @@ phase() { echo "== $1 (at ${SECONDS}s)"; }
 phase "formatting"
 find src tests bench \( -name '*.cpp' -o -name '*.h' \) -print0 |
     xargs -0 clang-format --dry-run --Werror
+
+phase "script lint"
+# ESLint on the pages' scripts and Stylelint on their style sheets (src/report/assets).
+ensure_node_packages
+npm run --silent lint
 
 phase "static analysis"
 cppcheck --quiet --error-exitcode=1 --enable=warning,performance --std=c++20 --inline-suppr \

@@ -1,38 +1,50 @@
-// The fixed texts behind the page assets, each kept in its own file: the colour and font tokens of
-// both themes, the layout rules of the style sheet, the theme toggle markup, the theme script, the
-// parts of the chart interaction script and the two halves of the snapshot-tab script.
+// The fixed texts behind the page assets. Each is a file under report/assets, which the build
+// embeds by cmake/embed_assets.cmake as the constant named "k" followed by the words of the file
+// name (split at '_' and '.'), each with a capital first letter: report/assets/chart_view.js is
+// kChartViewJs. The files hold exactly the bytes the pages carry, so any comment in them is also
+// in every page; what each one holds is said here instead.
 #pragma once
 
-#include <span>
+#include <string_view>
 
-// One CSS custom property of the page theme. `dark` is null when the dark theme keeps the light
-// value.
-struct ThemeToken {
-    const char* name;
-    const char* light;
-    const char* dark;
-};
+// The style sheet in the order it is written. First the tokens (CSS custom properties): colours
+// and fonts of the light theme on :root, the dark theme's colours under data-theme="dark", and the
+// same dark colours again for a reader who prefers a dark colour scheme and has not chosen a theme,
+// so the colours always match the effective theme that the toggle button reports.
+extern const std::string_view kThemeTokensCss;
+// Page frame: document, top bar and theme toggle, signal row, KPI grid, note, navigation tabs and
+// footer.
+extern const std::string_view kPageCss;
+// Cards: frame and badges, tiles, difference-rate bar, alignment gauge, tables, notes and the
+// snapshot widget's tabs.
+extern const std::string_view kCardsCss;
+// Chart frames: scope and its head, zoom toolbar, trace toggle, reset button, zoom frame with its
+// box, legend and chart notes.
+extern const std::string_view kChartsCss;
 
-// Colour tokens in the order they are declared, then the three font tokens (light theme only).
-std::span<const ThemeToken> theme_tokens();
+// The theme toggle button: two 24 by 24 stroke icons in currentColor; the style sheet shows the
+// moon until the script marks the button with data-icon="sun".
+extern const std::string_view kThemeToggleHtml;
+// The theme script: the effective theme, the saved choice and the button's icon and label.
+extern const std::string_view kThemeJs;
 
-// Layout rules for every class the page writers emit (everything after the token blocks).
-extern const char kStyleRulesPage[];
-extern const char kStyleRulesCards[];
-extern const char kStyleRulesCharts[];
+// The chart interaction script's pieces, in the order page_assets.cpp joins them into the body of
+// one function. Each holds whole statements, so it can be read and checked on its own: the
+// constants and view arithmetic (a view is a pair {start, end} in unit space, 0..1 of the chart's
+// full range),
+extern const std::string_view kChartViewJs;
+// the SVG markup helpers and tick rules both chart kinds share,
+extern const std::string_view kChartAxesJs;
+// the redraw of a waveform envelope chart for a view,
+extern const std::string_view kChartWaveformJs;
+// the redraw of a spectral chart for a view,
+extern const std::string_view kChartSpectralJs;
+// and finding the charts, redrawing them and the wheel, drag, box-zoom, reset and trace-toggle
+// handlers, ending with the call that starts everything.
+extern const std::string_view kChartInteractionJs;
 
-extern const char kThemeToggleMarkup[];
-extern const char kThemeScript[];
-
-// The chart interaction script in the order it is written into one script element: the constants
-// and view arithmetic, the shared SVG and axis helpers, the waveform redraw, the spectrum redraw,
-// and the interaction wiring that starts everything.
-extern const char kChartScriptView[];
-extern const char kChartScriptAxes[];
-extern const char kChartScriptWaveform[];
-extern const char kChartScriptSpectral[];
-extern const char kChartScriptInteraction[];
-
-// The snapshot-tab script is written around the widget's id as a JavaScript string.
-extern const char kSnapshotTabScriptHead[];
-extern const char kSnapshotTabScriptTail[];
+// The snapshot-tab script: a function expression, called by the page writer with the widget's id.
+// A click on a tab selects every tab with the same data-snap-idx (active, aria-selected "true";
+// the others lose active and get "false") and shows only the panel with that index. The file has
+// no final newline, because the call follows the function directly.
+extern const std::string_view kSnapshotTabsJs;

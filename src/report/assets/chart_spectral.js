@@ -1,7 +1,3 @@
-// Chart interaction script 4/5: redrawing a spectral chart for a view.
-#include "report/page_asset_texts.h"
-
-const char kChartScriptSpectral[] = R"js(
   var SPECTRAL_TRACES = [
     { key: 'ref', colour: '--ref-trace' },
     { key: 'dut', colour: '--dut-trace' }
@@ -263,4 +259,3 @@ const char kChartScriptSpectral[] = R"js(
       spectralTraces(model, view, clipId) + spectralFailMarker(model, view) +
       spectralPeaks(model, view);
   }
-)js";

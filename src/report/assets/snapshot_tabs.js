@@ -1,9 +1,3 @@
-// The snapshot-tab script, written once per snapshot widget around the widget's id.
-#include "report/page_asset_texts.h"
-
-// A click on a tab selects every tab with the same data-snap-idx (active, aria-selected "true";
-// the others lose active and get "false") and shows only the panel with that index.
-const char kSnapshotTabScriptHead[] = R"js(<script>
 (function (widgetId) {
   'use strict';
   var widget = document.getElementById(widgetId);
@@ -25,8 +19,4 @@ const char kSnapshotTabScriptHead[] = R"js(<script>
   tabs.forEach(function (tab) {
     tab.addEventListener('click', function () { select(tab.getAttribute('data-snap-idx')); });
   });
-})(")js";
-
-const char kSnapshotTabScriptTail[] = R"js(");
-</script>
-)js";
+})

@@ -1,10 +1,3 @@
-// Chart interaction script 1/5: the constants and the view arithmetic. A view is a pair
-// {start, end} in unit space (0..1 of the chart's full range).
-#include "report/page_asset_texts.h"
-
-const char kChartScriptView[] = R"js(<script>
-(function () {
-  'use strict';
   var VIEW_WIDTH_PX = 1000;      // width of every chart's SVG view box
   var MIN_SPAN_FRAC = 0.002;     // smallest visible part of the full range
   var AMP_MAX = 1.2;             // amplitude limit of the linear waveform scale
@@ -78,4 +71,3 @@ const char kChartScriptView[] = R"js(<script>
   function unitToX(area, view, unit) {
     return area.left + (unit - view.start) / (view.end - view.start) * (area.right - area.left);
   }
-)js";

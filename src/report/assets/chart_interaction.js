@@ -1,8 +1,3 @@
-// Chart interaction script 5/5: finding the charts, redrawing them, and the wheel, drag,
-// box-zoom, reset and trace-toggle handlers.
-#include "report/page_asset_texts.h"
-
-const char kChartScriptInteraction[] = R"js(
   var CHART_KINDS = {
     waveform: { svgPrefix: 'sx-envelope-svg', dataPrefix: 'sx-envelope-data', read: readWaveform, draw: drawWaveform },
     spectral: { svgPrefix: 'sx-spectral-svg', dataPrefix: 'sx-spectral-data', read: readSpectral, draw: drawSpectral }
@@ -184,6 +179,3 @@ const char kChartScriptInteraction[] = R"js(
   }
 
   start();
-})();
-</script>
-)js";

@@ -1,7 +1,3 @@
-// Chart interaction script 2/5: SVG markup helpers and the tick rules both chart kinds share.
-#include "report/page_asset_texts.h"
-
-const char kChartScriptAxes[] = R"js(
   var TEXT_ENTITIES = { '&': '&amp;', '<': '&lt;', '>': '&gt;', '"': '&quot;', "'": '&#39;' };
 
   function escapeText(text) {
@@ -71,4 +67,3 @@ const char kChartScriptAxes[] = R"js(
     for (var k = first; k <= last && ticks.length < 64; k++) ticks.push(k * step);
     return { step: step, values: ticks };
   }
-)js";

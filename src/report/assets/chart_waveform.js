@@ -1,7 +1,3 @@
-// Chart interaction script 3/5: redrawing a waveform envelope chart for a view.
-#include "report/page_asset_texts.h"
-
-const char kChartScriptWaveform[] = R"js(
   var WAVEFORM_TRACES = [
     { key: 'ref', colour: '--ref-trace', opacity: '0.85' },
     { key: 'dut', colour: '--dut-trace', opacity: '0.55' }
@@ -176,4 +172,3 @@ const char kChartScriptWaveform[] = R"js(
       axisTitles('Time (s)', 184, model.data.yScale === 'db' ? 'Amplitude (dB)' : 'Amplitude', 83) +
       waveformRibbons(model, view, clipId) + waveformMarkers(model, view);
   }
-)js";
