@@ -148,7 +148,7 @@ void compare_statistics(const std::vector<double>& e) {
 }
 
 ArtifactResult run_check(const WavFile& ref, const WavFile& dut) {
-    return artifact_check(ref, dut, kDelay, 6.0, -80.0, kWindow, 1, 4.0, 100.0, 8);
+    return artifact_check(aligned_pair(ref, dut, kDelay), 6.0, -80.0, kWindow, 1, 4.0, 100.0, 8);
 }
 
 // The whole check, best of kRepeats runs.

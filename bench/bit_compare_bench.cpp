@@ -4,7 +4,7 @@
 // 64-bit float rendering of the same material. Each row is the best of three calls and also
 // counts the heap allocations made during the calls (the comparison is meant to make none).
 #include "allocation_counter.h"
-#include "audio/rounding.h"
+#include "audio/numeric.h"
 #include "checks/bit_compare.h"
 #include "support/signal_gen.h"
 
@@ -89,7 +89,7 @@ bool print_row(const char* name, const WavFile& ref, const WavFile& dut) {
     const std::size_t allocations_before = g_allocations;
     for (int r = 0; r < kRepetitions; ++r) {
         const auto start = std::chrono::steady_clock::now();
-        result = bit_compare(ref, dut, static_cast<std::int64_t>(kDelay), 108.0);
+        result = bit_compare(aligned_pair(ref, dut, static_cast<std::int64_t>(kDelay)), 108.0);
         const auto stop = std::chrono::steady_clock::now();
         best = std::min(best, std::chrono::duration<double>(stop - start).count());
     }

@@ -42,7 +42,8 @@ int main(int argc, char** argv) {
     WavFile dut;
     make_device_pair(frames, kDelay, kRate, bench_program_frame, device, ref, dut);
     const double start = now_seconds();
-    const DistortionResult r = distortion_check(ref, dut, kDelay, kN, 20, true, -100.0, 0.01, 0.5);
+    const DistortionResult r =
+        distortion_check(aligned_pair(ref, dut, kDelay), kN, 20, true, -100.0, 0.01, 0.5);
     const double seconds = now_seconds() - start;
     const double scanned =
         static_cast<double>(r.channel[0].frames_scanned + r.channel[1].frames_scanned);

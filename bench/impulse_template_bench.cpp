@@ -92,7 +92,7 @@ double plain_read(const WavFile& ref, const WavFile& dut) {
 }
 
 ImpulseTemplateResult check(const WavFile& ref, const WavFile& dut) {
-    return impulse_template_check(ref, dut, kDelay, kFrameSize, -10.0, 1.25, -30.0);
+    return impulse_template_check(aligned_pair(ref, dut, kDelay), kFrameSize, -10.0, 1.25, -30.0);
 }
 
 struct Timing {

@@ -97,7 +97,7 @@ int main(int argc, char** argv) {
 
     double start = now_seconds();
     const LevelFidelityResult fast =
-        level_fidelity(ref, dut, kDelay, kFloorDb, kToleranceDb, kMinRunMs);
+        level_fidelity(aligned_pair(ref, dut, kDelay), kFloorDb, kToleranceDb, kMinRunMs);
     const double fast_seconds = now_seconds() - start;
     start = now_seconds();
     const ReferenceLevelResult plain = run_reference(ref, dut);

@@ -132,7 +132,7 @@ int main(int argc, char** argv) {
     std::printf("%-22s %10s %10s\n", "per call", "cpu s", "wall s");
     LoudnessResult r;
     time_calls("loudness_compare",
-               [&] { r = loudness_compare(ref, dut, kDelay, true, 0.5, 0.5, -1.0); });
+               [&] { r = loudness_compare(aligned_pair(ref, dut, kDelay), true, 0.5, 0.5, -1.0); });
     time_calls("loudness_measure", [&] { loudness_measure(ref, 2, 0, frames, kRate); });
     std::printf("stages of one file (wall s):\n");
     time_stages(ref);

@@ -37,7 +37,7 @@ RunResults analysed(const WavFile& ref, const WavFile& dut) {
     flags.deepscan = flags.impulse = flags.bitaccuracy = flags.loudness = true;
     flags.snapshots = 3;
     resolve_analysis_config({}, {}, flags, kRate, ref.frames, results.config);
-    run_analysis_checks(ref, dut, results);
+    run_analysis_checks(aligned_pair(ref, dut, results.alignment.file_offset), results);
     results.overall = compute_overall_verdict(gating_inputs(results));
     return results;
 }

@@ -90,7 +90,7 @@ int main(int argc, char** argv) {
     make_device_pair(frames, kDelay, kRate, program_frame, device, ref, dut);
     g_largest_array = 0;
     const double start = now_seconds();
-    const SpectralScanResult r = spectral_scan(ref, dut, kDelay, sweep_settings());
+    const SpectralScanResult r = spectral_scan(aligned_pair(ref, dut, kDelay), sweep_settings());
     const double seconds = now_seconds() - start;
     std::printf("spectral continuous freq-sweep scan, N %zu, overlap 0.5, edge skip 4096, "
                 "%.1f min stereo 48 kHz\n",

@@ -72,7 +72,7 @@ double plain_read(const WavFile& ref, const WavFile& dut) {
 }
 
 TimeDomainResult scan(const WavFile& ref, const WavFile& dut) {
-    return time_domain_scan(ref, dut, kDelay, -80.0, -60.0, 10.0, -70.0, 50.0, 50.0);
+    return time_domain_scan(aligned_pair(ref, dut, kDelay), -80.0, -60.0, 10.0, -70.0, 50.0, 50.0);
 }
 
 void print_channel(std::size_t k, const TimeDomainChannel& c) {

@@ -1,6 +1,6 @@
 #include "align/alignment.h"
 #include "align/channel_correlation.h"
-#include "audio/decibels.h"
+#include "audio/numeric.h"
 #include "audio/progress.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "align/alignment.h"
-#include "align/channel_view.h"
+#include "audio/channel_view.h"
 
 #include <cstddef>
 

@@ -1,6 +1,6 @@
 #include "align/sync_tone.h"
 
-#include "audio/rounding.h"
+#include "audio/numeric.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,8 +4,8 @@
 // the window and the plan only.
 #pragma once
 
-#include "align/channel_view.h"
 #include "align/correlation_plan.h"
+#include "audio/channel_view.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "audio/wav_encode.h"
 
-#include "audio/rounding.h"
+#include "audio/numeric.h"
 #include "audio/wav_bytes.h"
 #include "audio/wav_file.h"
 

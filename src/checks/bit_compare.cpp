@@ -1,12 +1,12 @@
 #include "checks/bit_compare.h"
 
-#include "audio/overlap.h"
-#include "audio/rounding.h"
+#include "audio/numeric.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <span>
 
 namespace {
 
@@ -67,22 +67,20 @@ void record_difference(BitCompareResult& result, Scan& scan, std::uint64_t frame
 
 // With equal channel counts the overlap is one contiguous run of frames in each file, walked in
 // the scan order frame, then channel.
-void scan_overlap(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
-                  const Overlap& overlap, BitCompareResult& result, Scan& scan) {
+void scan_overlap(const AlignedPair& pair, BitCompareResult& result, Scan& scan) {
     // Every reference channel is compared, as the sample count is defined on the reference's
     // channel count; the driver only ever passes mono or stereo files.
-    const std::size_t channels = ref.channels;
-    const auto dut_start =
-        static_cast<std::size_t>(static_cast<std::int64_t>(overlap.ref_start) + file_offset);
-    const double* r = ref.samples.data() + overlap.ref_start * channels;
-    const double* u = dut.samples.data() + dut_start * channels;
-    for (std::size_t n = 0; n < overlap.length; ++n, r += channels, u += channels) {
+    const std::size_t channels = pair.ref->channels;
+    const std::span<const double> r = pair.ref_frames;
+    const std::span<const double> u = pair.dut_frames;
+    for (std::size_t n = 0; n < pair.overlap.length; ++n) {
         for (std::uint32_t k = 0; k < channels; ++k) {
-            if (r[k] == u[k]) continue; // plain equality: +0 equals -0
-            record_difference(result, scan, overlap.ref_start + n, k, r[k], u[k]);
+            const std::size_t i = n * channels + k;
+            if (r[i] == u[i]) continue; // plain equality: +0 equals -0
+            record_difference(result, scan, pair.overlap.ref_start + n, k, r[i], u[i]);
         }
     }
-    result.samples_compared = overlap.length * channels;
+    result.samples_compared = pair.overlap.length * channels;
 }
 
 double error_db(double worst_error) {
@@ -98,15 +96,13 @@ bool bit_compare_passed(const BitCompareResult& result, double tolerance_db) {
 
 } // namespace
 
-BitCompareResult bit_compare(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
-                             double tolerance_db) {
+BitCompareResult bit_compare(const AlignedPair& pair, double tolerance_db) {
     BitCompareResult result;
-    Scan scan{choose_lsb_scale(ref, dut), 0.0};
-    const Overlap overlap = overlap_from_offset(file_offset, ref.frames, dut.frames);
+    Scan scan{choose_lsb_scale(*pair.ref, *pair.dut), 0.0};
     // Pairs of unequal channel count never reach here from the driver; one that does compares
     // nothing rather than reading DUT samples under the reference's frame layout.
-    if (overlap.length > 0 && dut.channels == ref.channels)
-        scan_overlap(ref, dut, file_offset, overlap, result, scan);
+    if (pair.overlap.length > 0 && pair.dut->channels == pair.ref->channels)
+        scan_overlap(pair, result, scan);
     result.max_error_db = error_db(scan.worst_error);
     result.passed = bit_compare_passed(result, tolerance_db);
     return result;

@@ -3,7 +3,7 @@
 // as a dB figure of 6 dB per doubling of the error in least-significant-bit steps.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 
 #include <cstdint>
 
@@ -25,10 +25,9 @@ struct BitCompareResult {
     double worst_diff_dut_value = 0.0;
 };
 
-// Compares reference frame n with DUT frame n + file_offset over their overlap, channel by
-// channel. Errors are counted in steps of the DUT's integer depth, or of 24 bits when either file
-// is float. tolerance_db 0 demands equal samples; any other value passes while the worst error in
-// dB does not exceed it. An empty overlap fails. Allocates nothing. Both files must have the same
-// channel count (the driver refuses other pairs); a pair that does not compares nothing and fails.
-BitCompareResult bit_compare(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
-                             double tolerance_db);
+// Compares each reference frame of the pair's overlap with its DUT partner, channel by channel.
+// Errors are counted in steps of the DUT's integer depth, or of 24 bits when either file is float.
+// tolerance_db 0 demands equal samples; any other value passes while the worst error in dB does not
+// exceed it. An empty overlap fails. Allocates nothing. Both files must have the same channel count
+// (the driver refuses other pairs); a pair that does not compares nothing and fails.
+BitCompareResult bit_compare(const AlignedPair& pair, double tolerance_db);

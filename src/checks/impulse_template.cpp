@@ -1,7 +1,6 @@
 #include "checks/impulse_template.h"
-#include "audio/decibels.h"
 
-#include "audio/overlap.h"
+#include "audio/numeric.h"
 #include "checks/impulse_template_frame.h"
 
 #include <algorithm>
@@ -27,21 +26,12 @@ bool allocate_scratch(FrameScratch& scratch, std::size_t size) {
     return scratch.r && scratch.u && scratch.t;
 }
 
-// Where one frame lies: reference frames s0 .. s0 + len - 1 of channel k, paired with DUT frames
-// shifted by the file offset.
-struct FrameSpot {
-    std::size_t k = 0;
-    std::size_t s0 = 0;
-    std::size_t len = 0;
-    std::int64_t offset = 0;
-};
-
-void load_magnitudes(const WavFile& ref, const WavFile& dut, const FrameSpot& spot,
+// The magnitudes of elements first ... first + len - 1 of one channel of the overlap.
+void load_magnitudes(const AlignedChannel& channel, std::size_t first, std::size_t len,
                      FrameScratch& scratch) {
-    const auto dut_s0 = static_cast<std::size_t>(static_cast<std::int64_t>(spot.s0) + spot.offset);
-    for (std::size_t i = 0; i < spot.len; ++i) {
-        scratch.r[i] = std::fabs(ref.samples[(spot.s0 + i) * ref.channels + spot.k]);
-        scratch.u[i] = std::fabs(dut.samples[(dut_s0 + i) * dut.channels + spot.k]);
+    for (std::size_t i = 0; i < len; ++i) {
+        scratch.r[i] = std::fabs(view_at(channel.ref, first + i));
+        scratch.u[i] = std::fabs(view_at(channel.dut, first + i));
     }
 }
 
@@ -64,23 +54,22 @@ void score_frame(const FrameScratch& scratch, std::size_t s0, std::size_t len,
 }
 
 // Walks the overlap of channel k in frames of frame_size samples, the last one shorter.
-ImpulseTemplateChannel check_channel(const WavFile& ref, const WavFile& dut, std::size_t k,
-                                     std::int64_t offset, std::size_t frame_size,
+ImpulseTemplateChannel check_channel(const AlignedPair& pair, std::size_t k, std::size_t frame_size,
                                      const ImpulseTemplateLevels& levels) {
     ImpulseTemplateChannel channel;
-    const Overlap overlap = overlap_from_offset(offset, ref.frames, dut.frames);
+    const AlignedChannel aligned = aligned_channel(pair, k);
+    const std::size_t length = aligned.ref.size;
     FrameScratch scratch;
     // A frame size of 0 walks no frames (settings validation never lets it through). No frame is
     // longer than the overlap, so the buffers hold the smaller of the two sizes.
-    const bool walk = k < dut.channels && frame_size > 0 && overlap.length > 0 &&
-                      allocate_scratch(scratch, std::min(frame_size, overlap.length));
-    for (std::size_t done = 0; walk && done < overlap.length; done += frame_size) {
-        const FrameSpot spot{k, overlap.ref_start + done,
-                             std::min(frame_size, overlap.length - done), offset};
-        load_magnitudes(ref, dut, spot, scratch);
-        build_impulse_template(std::span<const double>(scratch.r.get(), spot.len), levels,
-                               std::span<double>(scratch.t.get(), spot.len));
-        score_frame(scratch, spot.s0, spot.len, channel);
+    const bool walk =
+        frame_size > 0 && length > 0 && allocate_scratch(scratch, std::min(frame_size, length));
+    for (std::size_t done = 0; walk && done < length; done += frame_size) {
+        const std::size_t len = std::min(frame_size, length - done);
+        load_magnitudes(aligned, done, len, scratch);
+        build_impulse_template(std::span<const double>(scratch.r.get(), len), levels,
+                               std::span<double>(scratch.t.get(), len));
+        score_frame(scratch, aligned.ref_first + done, len, channel);
     }
     channel.has_failures = channel.total_fails > 0;
     channel.passed = channel.total_fails == 0;
@@ -89,22 +78,21 @@ ImpulseTemplateChannel check_channel(const WavFile& ref, const WavFile& dut, std
 
 } // namespace
 
-ImpulseTemplateResult impulse_template_check(const WavFile& ref, const WavFile& dut,
-                                             std::int64_t file_offset, std::size_t frame_size,
+ImpulseTemplateResult impulse_template_check(const AlignedPair& pair, std::size_t frame_size,
                                              double peak_threshold_db, double ratio,
                                              double noise_floor_db) {
     ImpulseTemplateResult result;
-    result.channels = ref.channels;
+    result.channels = pair.ref->channels;
     result.passed = true;
     if (result.channels == 0) return result;
     ImpulseTemplateLevels levels;
     levels.floor = db_to_linear(noise_floor_db);
     levels.peak = db_to_linear(peak_threshold_db);
     levels.ratio = ratio;
-    levels.guard = static_cast<std::size_t>(0.005 * static_cast<double>(ref.sample_rate));
-    const std::size_t examined = std::min<std::size_t>(ref.channels, 2);
+    levels.guard = static_cast<std::size_t>(0.005 * static_cast<double>(pair.ref->sample_rate));
+    const std::size_t examined = std::min<std::size_t>(result.channels, 2);
     for (std::size_t k = 0; k < examined; ++k) {
-        result.channel[k] = check_channel(ref, dut, k, file_offset, frame_size, levels);
+        result.channel[k] = check_channel(pair, k, frame_size, levels);
         if (!result.channel[k].passed) result.passed = false;
     }
     return result;

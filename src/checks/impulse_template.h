@@ -3,7 +3,7 @@
 // under.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 
 #include <array>
 #include <cstddef>
@@ -25,11 +25,10 @@ struct ImpulseTemplateResult {
     bool passed = false;        // no examined channel failed
 };
 
-// Compares the first two channels over the overlap given by file_offset (reference frame n pairs
-// with DUT frame n + file_offset), in consecutive frames of frame_size samples. The levels are in
+// Compares the first two channels over the pair's overlap, in consecutive frames of frame_size
+// samples. The levels are in
 // dBFS; ratio is the allowed multiple of the reference magnitude. A channel whose scratch cannot
 // be allocated, or that the DUT lacks, is left without failures.
-ImpulseTemplateResult impulse_template_check(const WavFile& ref, const WavFile& dut,
-                                             std::int64_t file_offset, std::size_t frame_size,
+ImpulseTemplateResult impulse_template_check(const AlignedPair& pair, std::size_t frame_size,
                                              double peak_threshold_db, double ratio,
                                              double noise_floor_db);

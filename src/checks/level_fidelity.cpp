@@ -1,7 +1,6 @@
 #include "checks/level_fidelity.h"
-#include "audio/decibels.h"
 
-#include "audio/overlap.h"
+#include "audio/numeric.h"
 #include "audio/progress.h"
 #include "dsp/statistics.h"
 
@@ -28,17 +27,6 @@ struct LevelLimits {
     double rate = 0.0; // reference sample rate
 };
 
-// One channel of the aligned pair: reference frame ref_first + i pairs with DUT frame
-// dut_first + i for i < length.
-struct AlignedChannel {
-    const WavFile* ref = nullptr;
-    const WavFile* dut = nullptr;
-    std::size_t k = 0;
-    std::size_t ref_first = 0;
-    std::size_t dut_first = 0;
-    std::size_t length = 0;
-};
-
 LevelLimits make_limits(const WavFile& ref, double floor_db, double tolerance_db,
                         double min_run_ms) {
     LevelLimits limits;
@@ -52,16 +40,10 @@ LevelLimits make_limits(const WavFile& ref, double floor_db, double tolerance_db
     return limits;
 }
 
-AlignedChannel aligned_channel(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
-                               std::size_t k) {
-    AlignedChannel view{&ref, &dut, k, 0, 0, 0};
-    if (ref.channels != dut.channels) return view;
-    const Overlap overlap = overlap_from_offset(file_offset, ref.frames, dut.frames);
-    view.ref_first = overlap.ref_start;
-    view.dut_first =
-        static_cast<std::size_t>(static_cast<std::int64_t>(overlap.ref_start) + file_offset);
-    view.length = overlap.length;
-    return view;
+// Channel k of the pair; empty unless both files have the same channel count.
+AlignedChannel channel_of(const AlignedPair& pair, std::size_t k) {
+    if (pair.ref->channels != pair.dut->channels) return {};
+    return aligned_channel(pair, k);
 }
 
 // The per-sample pass: counts, the worst sample and every ratio, stored into `ratios` in scan
@@ -69,21 +51,21 @@ AlignedChannel aligned_channel(const WavFile& ref, const WavFile& dut, std::int6
 // Returns the longest run of out-of-tolerance included samples.
 std::uint64_t scan_channel(const AlignedChannel& view, const LevelLimits& limits, double* ratios,
                            LevelFidelityChannel& out) {
-    const std::size_t stride = view.ref->channels;
+    const std::size_t length = view.ref.size;
     double largest = -1.0;
     std::uint64_t run = 0;
     std::uint64_t longest = 0;
-    for (std::size_t i = 0; i < view.length; ++i) {
+    for (std::size_t i = 0; i < length; ++i) {
         if (i % kProgressStep == 0)
-            report_progress(static_cast<double>(i) / static_cast<double>(view.length));
-        const double a = std::fabs(view.ref->samples[(view.ref_first + i) * stride + view.k]);
-        const double b = std::fabs(view.dut->samples[(view.dut_first + i) * stride + view.k]);
+            report_progress(static_cast<double>(i) / static_cast<double>(length));
+        const double a = std::fabs(view_at(view.ref, i));
+        const double b = std::fabs(view_at(view.dut, i));
         if (a < limits.floor && b < limits.floor) {
             ++out.samples_excluded;
             continue;
         }
         const double ratio_db =
-            20.0 * std::log10(std::max(b, limits.floor) / std::max(a, limits.floor));
+            amplitude_ratio_db(std::max(b, limits.floor) / std::max(a, limits.floor));
         if (ratios) ratios[out.samples_included] = ratio_db;
         ++out.samples_included;
         const double magnitude = std::fabs(ratio_db);
@@ -120,7 +102,7 @@ void apply_run_rule(std::uint64_t longest, const LevelLimits& limits, LevelFidel
 
 LevelFidelityChannel measure_channel(const AlignedChannel& view, const LevelLimits& limits) {
     LevelFidelityChannel out;
-    const ScratchBuffer ratios(new (std::nothrow) double[view.length]);
+    const ScratchBuffer ratios(new (std::nothrow) double[view.ref.size]);
     apply_run_rule(scan_channel(view, limits, ratios.get(), out), limits, out);
     out.has_data = out.samples_included > 0;
     // A failed allocation fails the channel even when nothing was included: the statistics could
@@ -137,16 +119,16 @@ LevelFidelityChannel measure_channel(const AlignedChannel& view, const LevelLimi
 
 } // namespace
 
-LevelFidelityResult level_fidelity(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
-                                   double floor_db, double tolerance_db, double min_run_ms) {
+LevelFidelityResult level_fidelity(const AlignedPair& pair, double floor_db, double tolerance_db,
+                                   double min_run_ms) {
     LevelFidelityResult result;
-    result.channels = ref.channels;
+    result.channels = pair.ref->channels;
     result.passed = true;
-    const LevelLimits limits = make_limits(ref, floor_db, tolerance_db, min_run_ms);
-    const std::size_t examined = std::min<std::size_t>(ref.channels, 2);
+    const LevelLimits limits = make_limits(*pair.ref, floor_db, tolerance_db, min_run_ms);
+    const std::size_t examined = std::min<std::size_t>(result.channels, 2);
     for (std::size_t k = 0; k < examined; ++k) {
         const ProgressPart part(k, examined);
-        result.channel[k] = measure_channel(aligned_channel(ref, dut, file_offset, k), limits);
+        result.channel[k] = measure_channel(channel_of(pair, k), limits);
         result.passed = result.passed && result.channel[k].passed;
     }
     return result;

@@ -4,7 +4,7 @@
 // tolerance and no run of consecutive out-of-tolerance samples lasts the minimum run length.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 
 #include <array>
 #include <cstdint>
@@ -31,13 +31,12 @@ struct LevelFidelityResult {
     bool passed = false;        // every examined channel passed
 };
 
-// Compares the first min(reference channels, 2) channels over the overlap that `file_offset`
-// gives (reference frame n pairs with DUT frame n + file_offset). Magnitudes are held up to
-// floor = 10^(floor_db / 20); a ratio is out of tolerance when its magnitude exceeds tolerance_db
-// plus a relative slack of 1e-5; min_run_ms of 0 or less switches the run rule off. A channel
-// with no included sample passes with all statistics 0. The scratch for the statistics is
+// Compares the first min(reference channels, 2) channels over the pair's overlap. Magnitudes are
+// held up to floor = 10^(floor_db / 20); a ratio is out of tolerance when its magnitude exceeds
+// tolerance_db plus a relative slack of 1e-5; min_run_ms of 0 or less switches the run rule off. A
+// channel with no included sample passes with all statistics 0. The scratch for the statistics is
 // allocated without throwing; when it cannot be had, that channel's statistics stay 0 and it
 // fails. Both files must have the same channel count (the driver refuses other pairs); a pair
 // that does not is treated as having no overlap.
-LevelFidelityResult level_fidelity(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
-                                   double floor_db, double tolerance_db, double min_run_ms);
+LevelFidelityResult level_fidelity(const AlignedPair& pair, double floor_db, double tolerance_db,
+                                   double min_run_ms);

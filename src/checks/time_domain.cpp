@@ -1,7 +1,6 @@
 #include "checks/time_domain.h"
-#include "audio/decibels.h"
 
-#include "audio/overlap.h"
+#include "audio/numeric.h"
 
 #include <algorithm>
 #include <cmath>
@@ -82,31 +81,27 @@ void score_pair(ChannelScan& scan, std::size_t n, double r, double u, const Scan
     }
 }
 
-void scan_channel(const WavFile& ref, const WavFile& dut, std::int64_t offset, std::size_t k,
-                  const ScanLevels& levels, TimeDomainChannel& out) {
-    const Overlap overlap = overlap_from_offset(offset, ref.frames, dut.frames);
+void scan_channel(const AlignedPair& pair, std::size_t k, const ScanLevels& levels,
+                  TimeDomainChannel& out) {
     // A DUT without channel k has nothing to pair with it (the driver only passes equal counts).
-    const std::size_t length = k < dut.channels ? overlap.length : 0;
+    const AlignedChannel channel = aligned_channel(pair, k);
     ChannelScan scan{out};
-    for (std::size_t i = 0; i < length; ++i) {
-        const std::size_t n = overlap.ref_start + i;
-        const auto m = static_cast<std::size_t>(static_cast<std::int64_t>(n) + offset);
-        score_pair(scan, n, ref.samples[n * ref.channels + k], dut.samples[m * dut.channels + k],
+    for (std::size_t i = 0; i < channel.ref.size; ++i)
+        score_pair(scan, channel.ref_first + i, view_at(channel.ref, i), view_at(channel.dut, i),
                    levels);
-    }
     out.has_failures = out.total_fails > 0;
     out.passed = !out.has_failures;
 }
 
 } // namespace
 
-TimeDomainResult time_domain_scan(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
-                                  double noise_floor_db, double peak_threshold_db,
-                                  double peak_tolerance_pct, double low_level_threshold_db,
-                                  double low_level_tolerance_pct, double signal_tolerance_pct) {
+TimeDomainResult time_domain_scan(const AlignedPair& pair, double noise_floor_db,
+                                  double peak_threshold_db, double peak_tolerance_pct,
+                                  double low_level_threshold_db, double low_level_tolerance_pct,
+                                  double signal_tolerance_pct) {
     // Starts zeroed: an unexamined second channel of a mono file keeps passed == false.
     TimeDomainResult result;
-    result.channels = ref.channels;
+    result.channels = pair.ref->channels;
     result.passed = true;
     if (result.channels == 0) return result;
     const ScanLevels levels{db_to_linear(noise_floor_db),
@@ -117,7 +112,7 @@ TimeDomainResult time_domain_scan(const WavFile& ref, const WavFile& dut, std::i
                             signal_tolerance_pct};
     const std::size_t examined = std::min<std::size_t>(result.channels, 2);
     for (std::size_t k = 0; k < examined; ++k) {
-        scan_channel(ref, dut, file_offset, k, levels, result.channel[k]);
+        scan_channel(pair, k, levels, result.channel[k]);
         result.passed = result.passed && result.channel[k].passed;
     }
     return result;

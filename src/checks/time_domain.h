@@ -3,7 +3,7 @@
 // signal, signal, peak). It fails as soon as one sample pair exceeds the tolerance of its tier.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 
 #include <array>
 #include <cstdint>
@@ -31,10 +31,10 @@ struct TimeDomainResult {
     bool passed = false;        // every examined channel passed
 };
 
-// Scans the first min(reference channels, 2) channels over the overlap that `file_offset` gives
-// (reference frame n pairs with DUT frame n + file_offset). The dB levels are relative to full
-// scale; the tolerances are percentages. One pass per channel; nothing is allocated.
-TimeDomainResult time_domain_scan(const WavFile& ref, const WavFile& dut, std::int64_t file_offset,
-                                  double noise_floor_db, double peak_threshold_db,
-                                  double peak_tolerance_pct, double low_level_threshold_db,
-                                  double low_level_tolerance_pct, double signal_tolerance_pct);
+// Scans the first min(reference channels, 2) channels over the pair's overlap. The dB levels are
+// relative to full scale; the tolerances are percentages. One pass per channel; nothing is
+// allocated.
+TimeDomainResult time_domain_scan(const AlignedPair& pair, double noise_floor_db,
+                                  double peak_threshold_db, double peak_tolerance_pct,
+                                  double low_level_threshold_db, double low_level_tolerance_pct,
+                                  double signal_tolerance_pct);

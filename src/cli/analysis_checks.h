@@ -2,10 +2,10 @@
 // parameters taken from the resolved settings.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 #include "results/run_results.h"
 
 // Bit-exactness, bit accuracy, time domain, impulse template, level fidelity (always), artifact
 // detection (always), spectral fidelity (always), distortion, then loudness; each fills its block
-// of `results` under the alignment's file offset.
-void run_analysis_checks(const WavFile& ref, const WavFile& dut, RunResults& results);
+// of `results` over the aligned pair.
+void run_analysis_checks(const AlignedPair& pair, RunResults& results);

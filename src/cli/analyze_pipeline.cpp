@@ -1,8 +1,7 @@
 #include "cli/analyze_pipeline.h"
 
 #include "align/align.h"
-#include "audio/overlap.h"
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 #include "cli/analysis_checks.h"
 #include "cli/analyze_inputs.h"
 #include "cli/comparison_error.h"
@@ -56,10 +55,10 @@ bool align_inputs(const AnalyzeOptions& options, const AnalyzeSettingsFiles& fil
 
 // The reference frames the aligned DUT leaves uncovered; whether that fails is decided once the
 // tolerance setting is resolved.
-LengthMismatch measure_length_mismatch(const WavPair& wavs, std::int64_t file_offset) {
+LengthMismatch measure_length_mismatch(const AlignedPair& pair) {
     LengthMismatch mismatch;
-    const std::size_t ref_frames = wavs.ref.frames;
-    mismatch.shared_frames = overlap_from_offset(file_offset, ref_frames, wavs.dut.frames).length;
+    const std::size_t ref_frames = pair.ref->frames;
+    mismatch.shared_frames = pair.overlap.length;
     mismatch.uncovered_samples = static_cast<std::int64_t>(ref_frames - mismatch.shared_frames);
     if (ref_frames > 0)
         mismatch.uncovered_pct = static_cast<double>(mismatch.uncovered_samples) * 100.0 /
@@ -146,11 +145,12 @@ int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
     results.sample_rate = wavs.ref.sample_rate;
     results.tester = context.tester;
     if (!align_inputs(options, files, wavs, context, results.alignment)) return 1;
-    results.length_mismatch = measure_length_mismatch(wavs, results.alignment.file_offset);
+    const AlignedPair pair = aligned_pair(wavs.ref, wavs.dut, results.alignment.file_offset);
+    results.length_mismatch = measure_length_mismatch(pair);
     if (!resolve_run_settings(options, files, results)) return 1;
 
     status_line(options, "Analyzing...");
-    run_analysis_checks(wavs.ref, wavs.dut, results);
+    run_analysis_checks(pair, results);
     results.overall = compute_overall_verdict(gating_inputs(results));
     set_run_stage("building the results JSON");
     std::string json;

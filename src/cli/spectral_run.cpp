@@ -58,8 +58,7 @@ SpectralSettings spectral_settings_from(const SpectralFidelityConfig& c) {
     return s;
 }
 
-SpectralOutcome run_spectral_check(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                                   const SpectralFidelityConfig& config) {
+SpectralOutcome run_spectral_check(const AlignedPair& pair, const SpectralFidelityConfig& config) {
     const SpectralSettings settings = spectral_settings_from(config);
     SpectralOutcome outcome;
     outcome.snapshot_mode = config.snapshots.set;
@@ -68,10 +67,9 @@ SpectralOutcome run_spectral_check(const WavFile& ref, const WavFile& dut, std::
         const std::span<const double> times = snapshots.is_list
                                                   ? std::span<const double>(snapshots.times_sec)
                                                   : std::span<const double>();
-        outcome.snapshots =
-            spectral_snapshots(ref, dut, dut_offset, settings, times, snapshots.count);
+        outcome.snapshots = spectral_snapshots(pair, settings, times, snapshots.count);
     } else {
-        outcome.scan = spectral_scan(ref, dut, dut_offset, settings);
+        outcome.scan = spectral_scan(pair, settings);
     }
     return outcome;
 }

@@ -3,7 +3,7 @@
 // continuous form.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 #include "config/analysis_config.h"
 #include "dsp/spectral_result.h"
 #include "results/spectral_outcome.h"
@@ -15,5 +15,4 @@ SpectralSettings spectral_settings_from(const SpectralFidelityConfig& config);
 
 // Snapshots when a snapshot setting is present (a list of times or a count), else one centred
 // frame or a continuous scan.
-SpectralOutcome run_spectral_check(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                                   const SpectralFidelityConfig& config);
+SpectralOutcome run_spectral_check(const AlignedPair& pair, const SpectralFidelityConfig& config);

@@ -1,7 +1,6 @@
 #include "dsp/artifact.h"
 
-#include "audio/decibels.h"
-#include "audio/overlap.h"
+#include "audio/numeric.h"
 #include "audio/progress.h"
 #include "dsp/artifact_events.h"
 #include "dsp/artifact_sample.h"
@@ -29,17 +28,6 @@ constexpr double kMadToSigma = 1.4826;
 
 using Scratch = std::unique_ptr<double[]>;
 
-// One channel of the aligned pair: reference frame ref_first + i pairs with DUT frame
-// dut_first + i for i < length.
-struct ChannelPair {
-    const WavFile* ref = nullptr;
-    const WavFile* dut = nullptr;
-    std::size_t channel = 0;
-    std::size_t ref_first = 0;
-    std::size_t dut_first = 0;
-    std::size_t length = 0;
-};
-
 // The settings in the form the scan uses them.
 struct ScanSettings {
     double floor = 0.0; // linear magnitude
@@ -48,30 +36,9 @@ struct ScanSettings {
     ArtifactEventRules rules;
 };
 
-ChannelPair channel_pair(const WavFile& ref, const WavFile& dut, std::int64_t offset,
-                         std::size_t channel) {
-    ChannelPair pair{&ref, &dut, channel, 0, 0, 0};
-    // A channel the DUT lacks has nothing to line up with and counts as an empty overlap.
-    if (channel >= dut.channels) return pair;
-    const Overlap overlap = overlap_from_offset(offset, ref.frames, dut.frames);
-    pair.ref_first = overlap.ref_start;
-    pair.dut_first =
-        static_cast<std::size_t>(static_cast<std::int64_t>(overlap.ref_start) + offset);
-    pair.length = overlap.length;
-    return pair;
-}
-
-double ref_sample(const ChannelPair& p, std::size_t i) {
-    return p.ref->samples[(p.ref_first + i) * p.ref->channels + p.channel];
-}
-
-double dut_sample(const ChannelPair& p, std::size_t i) {
-    return p.dut->samples[(p.dut_first + i) * p.dut->channels + p.channel];
-}
-
-void fill_differences(const ChannelPair& p, std::span<double> e) {
+void fill_differences(const AlignedChannel& p, std::span<double> e) {
     for (std::size_t i = 0; i < e.size(); ++i)
-        e[i] = dut_sample(p, i) - ref_sample(p, i);
+        e[i] = view_at(p.dut, i) - view_at(p.ref, i);
 }
 
 // The whole-file spread: the median of |e - median(e)|, raised to kMinSpread. Every difference of
@@ -84,7 +51,7 @@ double global_spread(std::span<const double> e) {
 // What the scan of one channel works with: the pair, the settings, the differences, the
 // whole-file spread, the exact neighbourhood cursor and the figures being gathered.
 struct ChannelScan {
-    const ChannelPair* pair = nullptr;
+    const AlignedChannel* pair = nullptr;
     const ScanSettings* settings = nullptr;
     std::span<const double> differences;
     double global = 0.0;
@@ -124,10 +91,10 @@ bool surely_within(const BatchLimits& limits, double e) {
 // silence/clip test, and hands it to the event walk. With limits that settle it, a sample that
 // cannot be flagged needs no exact neighbourhood figures. True when it took the exact figures.
 bool scan_sample(ChannelScan& scan, std::size_t i, const BatchLimits* limits) {
-    const ChannelPair& p = *scan.pair;
+    const AlignedChannel& p = *scan.pair;
     const ScanSettings& s = *scan.settings;
-    const double r = ref_sample(p, i);
-    const double d = dut_sample(p, i);
+    const double r = view_at(p.ref, i);
+    const double d = view_at(p.dut, i);
     // An excluded sample is never flagged but keeps its place in its neighbours' windows.
     if (artifact_sample_excluded(r, d, s.floor)) {
         ++scan.out->samples_excluded;
@@ -185,7 +152,7 @@ void review(BoundsRun& run, std::size_t exact, std::size_t next_sample) {
 // Scans every sample in order. Where whole batches of windows lie inside the overlap, their
 // bounds settle most samples; the others take their exact figures from the cursor.
 void scan_samples(ChannelScan& scan) {
-    const std::size_t length = scan.pair->length;
+    const std::size_t length = scan.pair->ref.size;
     BoundsRun run;
     run.resume = scan.settings->half;
     std::size_t i = 0;
@@ -229,12 +196,13 @@ ChannelScratch channel_scratch(std::size_t length, std::size_t half) {
     return scratch;
 }
 
-ArtifactChannelResult measure_channel(const ChannelPair& p, const ScanSettings& s,
+ArtifactChannelResult measure_channel(const AlignedChannel& p, const ScanSettings& s,
                                       const ChannelScratch& scratch) {
     ArtifactChannelResult out;
-    if (p.length == 0) return out;
-    if (!scratch.differences || !scratch.window || scratch.length < p.length) return out;
-    const std::span<double> e(scratch.differences.get(), p.length);
+    const std::size_t length = p.ref.size;
+    if (length == 0) return out;
+    if (!scratch.differences || !scratch.window || scratch.length < length) return out;
+    const std::span<double> e(scratch.differences.get(), length);
     fill_differences(p, e);
     ArtifactEventWalk walk;
     walk.rules = s.rules;
@@ -247,34 +215,32 @@ ArtifactChannelResult measure_channel(const ChannelPair& p, const ScanSettings& 
     scan.walk = &walk;
     scan.out = &out;
     scan_samples(scan);
-    out.samples_checked = p.length;
+    out.samples_checked = length;
     artifact_walk_finish(walk, out);
     return out;
 }
 
 } // namespace
 
-ArtifactResult artifact_check(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                              double k, double noise_floor_db, std::size_t window_samples,
-                              std::size_t min_run, double min_severity, double min_global_severity,
-                              std::size_t min_silence_clip_run) {
+ArtifactResult artifact_check(const AlignedPair& pair, double k, double noise_floor_db,
+                              std::size_t window_samples, std::size_t min_run, double min_severity,
+                              double min_global_severity, std::size_t min_silence_clip_run) {
     ArtifactResult result;
-    result.channels = ref.channels;
+    result.channels = pair.ref->channels;
     result.passed = true;
     ScanSettings s;
     s.floor = db_to_linear(noise_floor_db);
-    s.float_dut = wav_format_is_float(dut.format);
+    s.float_dut = wav_format_is_float(pair.dut->format);
     s.half = window_samples / 2;
     s.rules = {k, min_run, min_severity, min_global_severity, min_silence_clip_run};
-    const std::size_t examined = std::min<std::size_t>(ref.channels, 2);
+    const std::size_t examined = std::min<std::size_t>(result.channels, 2);
     // Every channel the DUT has spans the same overlap, so one set of arrays serves them all.
-    const std::size_t length = overlap_from_offset(dut_offset, ref.frames, dut.frames).length;
+    const std::size_t length = pair.overlap.length;
     const ChannelScratch scratch =
-        channel_scratch(examined > 0 && dut.channels > 0 ? length : 0, s.half);
+        channel_scratch(examined > 0 && pair.dut->channels > 0 ? length : 0, s.half);
     for (std::size_t channel = 0; channel < examined; ++channel) {
         const ProgressPart part(channel, examined);
-        const ChannelPair pair = channel_pair(ref, dut, dut_offset, channel);
-        result.channel[channel] = measure_channel(pair, s, scratch);
+        result.channel[channel] = measure_channel(aligned_channel(pair, channel), s, scratch);
         result.passed = result.passed && result.channel[channel].passed;
     }
     return result;

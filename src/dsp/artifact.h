@@ -8,7 +8,7 @@
 // silence/clip run. A channel passes when no event counts.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 
 #include <array>
 #include <cstddef>
@@ -38,15 +38,14 @@ struct ArtifactResult {
     bool passed = false;        // every examined channel passed
 };
 
-// Examines the first min(reference channels, 2) channels; reference frame n pairs with DUT frame
-// n + dut_offset. Samples where both files lie below 10^(noise_floor_db / 20) are excluded. The
-// neighbourhood of a sample reaches window_samples / 2 samples to either side (cut short at the
-// ends of the overlap) without the sample itself. Runs shorter than min_run are dropped; an event
-// counts when its local peak exceeds min_severity * k, its whole-file peak exceeds
-// min_global_severity * k, or its longest silence/clip stretch is non-empty and at least
-// min_silence_clip_run long. A channel with no overlap, or whose working arrays cannot be
-// allocated, fails with every figure 0. A reference with no channels gives a passing result.
-ArtifactResult artifact_check(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                              double k, double noise_floor_db, std::size_t window_samples,
-                              std::size_t min_run, double min_severity, double min_global_severity,
-                              std::size_t min_silence_clip_run);
+// Examines the first min(reference channels, 2) channels over the pair's overlap. Samples where
+// both files lie below 10^(noise_floor_db / 20) are excluded. The neighbourhood of a sample reaches
+// window_samples / 2 samples to either side (cut short at the ends of the overlap) without the
+// sample itself. Runs shorter than min_run are dropped; an event counts when its local peak exceeds
+// min_severity * k, its whole-file peak exceeds min_global_severity * k, or its longest
+// silence/clip stretch is non-empty and at least min_silence_clip_run long. A channel with no
+// overlap, or whose working arrays cannot be allocated, fails with every figure 0. A reference with
+// no channels gives a passing result.
+ArtifactResult artifact_check(const AlignedPair& pair, double k, double noise_floor_db,
+                              std::size_t window_samples, std::size_t min_run, double min_severity,
+                              double min_global_severity, std::size_t min_silence_clip_run);

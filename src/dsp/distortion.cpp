@@ -1,7 +1,6 @@
 #include "dsp/distortion.h"
-#include "audio/decibels.h"
 
-#include "audio/overlap.h"
+#include "audio/numeric.h"
 #include "dsp/distortion_frame.h"
 #include "dsp/frame_plan.h"
 #include "dsp/spectrum_frame.h"
@@ -64,9 +63,9 @@ FramePlan plan_frames(const Overlap& overlap, const ScanSettings& s) {
 
 // Transforms every planned frame, counting gated ones, keeping each ungated ratio in `ratios`
 // and tracking the worst. Returns the number of ratios kept.
-std::size_t scan_frames(const WavFile& ref, const WavFile& dut, unsigned channel,
-                        std::int64_t offset, const ScanSettings& s, const FramePlan& plan,
-                        double* scratch, DistortionChannelResult& out, WorstFrame& worst) {
+std::size_t scan_frames(const AlignedPair& pair, unsigned channel, const ScanSettings& s,
+                        const FramePlan& plan, double* scratch, DistortionChannelResult& out,
+                        WorstFrame& worst) {
     const std::size_t bins = s.n / 2;
     const std::span<const double> ref_mag(scratch, bins);
     const std::span<const double> dut_mag(scratch + bins, bins);
@@ -74,9 +73,10 @@ std::size_t scan_frames(const WavFile& ref, const WavFile& dut, unsigned channel
     std::size_t kept = 0;
     for (std::size_t i = 0; i < plan.count; ++i) {
         const std::size_t start = plan.first + i * plan.hop;
-        const auto dut_start = static_cast<std::size_t>(static_cast<std::int64_t>(start) + offset);
-        spectrum_mag_frame(ref, channel, start, s.n, scratch);
-        spectrum_mag_frame(dut, channel, dut_start, s.n, scratch + bins);
+        const auto dut_start =
+            static_cast<std::size_t>(static_cast<std::int64_t>(start) + pair.offset);
+        spectrum_mag_frame(*pair.ref, channel, start, s.n, scratch);
+        spectrum_mag_frame(*pair.dut, channel, dut_start, s.n, scratch + bins);
         const std::size_t k0 = distortion_fundamental_bin(ref_mag);
         if (!(ref_mag[k0] > s.gate)) {
             ++out.frames_gated;
@@ -102,14 +102,13 @@ void finish_channel(std::span<double> ratios, const WorstFrame& worst, const Sca
     out.passed = worst.ratio <= s.tolerance;
 }
 
-DistortionChannelResult measure_channel(const WavFile& ref, const WavFile& dut, unsigned channel,
-                                        std::int64_t offset, const ScanSettings& s) {
+DistortionChannelResult measure_channel(const AlignedPair& pair, unsigned channel,
+                                        const ScanSettings& s) {
     DistortionChannelResult out;
     out.passed = true;
     // A channel the DUT lacks has nothing to line up with and counts as an empty overlap; a
     // transform of fewer than two points has no bins and counts as too short.
-    const Overlap overlap =
-        channel < dut.channels ? overlap_from_offset(offset, ref.frames, dut.frames) : Overlap{};
+    const Overlap overlap = channel < pair.dut->channels ? pair.overlap : Overlap{};
     if (overlap.length < s.n || s.n < 2) {
         out.insufficient_samples = true;
         return out;
@@ -120,32 +119,30 @@ DistortionChannelResult measure_channel(const WavFile& ref, const WavFile& dut, 
     const Scratch scratch(new (std::nothrow) double[2 * (s.n / 2) + plan.count]);
     if (!scratch) return out;
     WorstFrame worst;
-    const std::size_t kept =
-        scan_frames(ref, dut, channel, offset, s, plan, scratch.get(), out, worst);
+    const std::size_t kept = scan_frames(pair, channel, s, plan, scratch.get(), out, worst);
     out.frames_scanned = plan.count;
     if (kept == 0) {
         out.frame_gated = true;
         return out;
     }
     const std::span<double> ratios(scratch.get() + 2 * (s.n / 2), kept);
-    finish_channel(ratios, worst, s, static_cast<double>(ref.sample_rate), out);
+    finish_channel(ratios, worst, s, static_cast<double>(pair.ref->sample_rate), out);
     return out;
 }
 
 } // namespace
 
-DistortionResult distortion_check(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                                  std::size_t n, std::size_t notch_bins, bool continuous,
-                                  double noise_floor_db, double tolerance_ratio,
+DistortionResult distortion_check(const AlignedPair& pair, std::size_t n, std::size_t notch_bins,
+                                  bool continuous, double noise_floor_db, double tolerance_ratio,
                                   double overlap_fraction) {
     DistortionResult result;
-    result.channels = ref.channels;
+    result.channels = pair.ref->channels;
     result.passed = true;
     const ScanSettings s =
         make_settings(n, notch_bins, continuous, noise_floor_db, tolerance_ratio, overlap_fraction);
-    const unsigned examined = std::min(ref.channels, 2u);
+    const unsigned examined = std::min(result.channels, 2u);
     for (unsigned channel = 0; channel < examined; ++channel) {
-        result.channel[channel] = measure_channel(ref, dut, channel, dut_offset, s);
+        result.channel[channel] = measure_channel(pair, channel, s);
         result.passed = result.passed && result.channel[channel].passed;
     }
     return result;

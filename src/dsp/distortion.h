@@ -5,7 +5,7 @@
 // of frames; a channel passes when its worst frame stays within the tolerance.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 
 #include <array>
 #include <cstddef>
@@ -32,13 +32,12 @@ struct DistortionResult {
 };
 
 // Measures the first min(reference channels, 2) channels with frames of n samples (a power of
-// two); reference frame f lines up with DUT frame f + dut_offset. The notch around the fundamental
+// two) over the pair's overlap. The notch around the fundamental
 // bin k0 spans k0 +- notch_bins; a frame is gated when the reference's largest magnitude is not
 // above 10^(noise_floor_db / 20). Continuous scans step by round((1 - overlap_fraction) * n)
 // frames (at least 1); otherwise a single frame centred in the overlap is measured. A channel
 // whose frame buffers cannot be allocated passes with every count and figure 0. A reference with
 // no channels gives a passing result and nothing else.
-DistortionResult distortion_check(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                                  std::size_t n, std::size_t notch_bins, bool continuous,
-                                  double noise_floor_db, double tolerance_ratio,
+DistortionResult distortion_check(const AlignedPair& pair, std::size_t n, std::size_t notch_bins,
+                                  bool continuous, double noise_floor_db, double tolerance_ratio,
                                   double overlap_fraction);

@@ -1,6 +1,6 @@
 #include "dsp/distortion_frame.h"
 
-#include "audio/decibels.h"
+#include "audio/numeric.h"
 
 #include <algorithm>
 #include <cmath>

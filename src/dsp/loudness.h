@@ -3,7 +3,7 @@
 // aligned overlap, and the comparison of the DUT's figures with the reference's.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -52,9 +52,8 @@ bool loudness_within(double value, double tolerance);
 // the DUT's true peak within the ceiling.
 void loudness_judge(LoudnessResult& result, const LoudnessLimits& limits);
 
-// Measures the aligned overlap of both files (reference frame n pairs with DUT frame
-// n + dut_offset) with min(reference channels, 2) channels at the reference's sample rate, then
-// judges the DUT against the reference.
-LoudnessResult loudness_compare(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                                bool ceiling_enabled, double integrated_tolerance_lu,
-                                double true_peak_tolerance_db, double true_peak_ceiling_dbtp);
+// Measures the pair's overlap in both files with min(reference channels, 2) channels at the
+// reference's sample rate, then judges the DUT against the reference.
+LoudnessResult loudness_compare(const AlignedPair& pair, bool ceiling_enabled,
+                                double integrated_tolerance_lu, double true_peak_tolerance_db,
+                                double true_peak_ceiling_dbtp);

@@ -1,7 +1,6 @@
 #include "dsp/loudness_blocks.h"
 
-#include "audio/decibels.h"
-#include "audio/rounding.h"
+#include "audio/numeric.h"
 #include "dsp/nothrow_array.h"
 
 #include <array>
@@ -53,7 +52,7 @@ bool allocate_list(LoudnessBlockList& list, std::size_t positions, bool keep_mea
 } // namespace
 
 double loudness_of_power(double power) {
-    return power > 0.0 ? -0.691 + 10.0 * std::log10(power) : kSilenceDb;
+    return power > 0.0 ? -0.691 + power_db(power) : kSilenceDb;
 }
 
 std::size_t loudness_block_count(std::size_t length, double sample_rate, LoudnessBlockShape shape) {

@@ -1,6 +1,5 @@
 #include "dsp/loudness.h"
 
-#include "audio/overlap.h"
 #include "audio/progress.h"
 
 #include <algorithm>
@@ -28,22 +27,19 @@ void loudness_judge(LoudnessResult& result, const LoudnessLimits& limits) {
          loudness_within(dut.true_peak_dbtp, limits.true_peak_ceiling_dbtp));
 }
 
-LoudnessResult loudness_compare(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                                bool ceiling_enabled, double integrated_tolerance_lu,
-                                double true_peak_tolerance_db, double true_peak_ceiling_dbtp) {
-    const Overlap overlap = overlap_from_offset(dut_offset, ref.frames, dut.frames);
-    // max(-o, 0) + o = max(o, 0): the DUT's first frame of the overlap, never negative.
-    const auto dut_start =
-        static_cast<std::size_t>(static_cast<std::int64_t>(overlap.ref_start) + dut_offset);
-    const unsigned channels = std::min(ref.channels, 2u);
-    const auto rate = static_cast<double>(ref.sample_rate);
+LoudnessResult loudness_compare(const AlignedPair& pair, bool ceiling_enabled,
+                                double integrated_tolerance_lu, double true_peak_tolerance_db,
+                                double true_peak_ceiling_dbtp) {
+    const Overlap& overlap = pair.overlap;
+    const unsigned channels = std::min(pair.ref->channels, 2u);
+    const auto rate = static_cast<double>(pair.ref->sample_rate);
     LoudnessResult result;
     {
         const ProgressPart part(std::size_t{0}, std::size_t{2});
-        result.ref = loudness_measure(ref, channels, overlap.ref_start, overlap.length, rate);
+        result.ref = loudness_measure(*pair.ref, channels, overlap.ref_start, overlap.length, rate);
     }
     const ProgressPart part(std::size_t{1}, std::size_t{2});
-    result.dut = loudness_measure(dut, channels, dut_start, overlap.length, rate);
+    result.dut = loudness_measure(*pair.dut, channels, pair.dut_start, overlap.length, rate);
     loudness_judge(result, {ceiling_enabled, integrated_tolerance_lu, true_peak_tolerance_db,
                             true_peak_ceiling_dbtp});
     return result;

@@ -1,6 +1,6 @@
 #include "dsp/loudness_gating.h"
 
-#include "audio/decibels.h"
+#include "audio/numeric.h"
 
 #include <algorithm>
 #include <cstddef>

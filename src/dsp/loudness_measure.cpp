@@ -1,8 +1,7 @@
 #include "dsp/loudness.h"
 
-#include "audio/decibels.h"
+#include "audio/numeric.h"
 #include "audio/progress.h"
-#include "audio/rounding.h"
 #include "dsp/k_weighting.h"
 #include "dsp/loudness_blocks.h"
 #include "dsp/loudness_gating.h"

@@ -1,5 +1,7 @@
 #include "dsp/loudness_range.h"
 
+#include "audio/numeric.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -22,8 +24,8 @@ std::span<double> keep_at_or_above(std::span<double> values, double threshold) {
 double relative_threshold(std::span<const double> loudness) {
     double sum = 0.0;
     for (const double l : loudness)
-        sum += std::pow(10.0, l / 10.0);
-    return 10.0 * std::log10(sum / static_cast<double>(loudness.size())) - kRelativeGateOffset;
+        sum += db_to_power(l);
+    return power_db(sum / static_cast<double>(loudness.size())) - kRelativeGateOffset;
 }
 
 } // namespace

@@ -79,35 +79,31 @@ bool fold_compared(const SpectralFrameResult& frame, std::size_t start, Spectral
 
 } // namespace
 
-std::optional<Overlap> spectral_usable_overlap(const WavFile& ref, const WavFile& dut,
-                                               std::int64_t dut_offset, std::size_t n,
+std::optional<Overlap> spectral_usable_overlap(const AlignedPair& pair, std::size_t n,
                                                unsigned channels) {
     // A channel the DUT lacks has nothing to line up with, like an empty overlap.
-    if (n < 2 || dut.channels < channels) return std::nullopt;
-    const Overlap overlap = overlap_from_offset(dut_offset, ref.frames, dut.frames);
-    if (overlap.length < n) return std::nullopt;
-    return overlap;
+    if (n < 2 || pair.dut->channels < channels) return std::nullopt;
+    if (pair.overlap.length < n) return std::nullopt;
+    return pair.overlap;
 }
 
-bool spectral_channel_prepare(const WavFile& ref, const WavFile& dut, unsigned channel,
-                              std::int64_t dut_offset, const SpectralSettings& settings,
-                              std::size_t pool_frames, SpectralChannelWork& work) {
+bool spectral_channel_prepare(const AlignedPair& pair, unsigned channel,
+                              const SpectralSettings& settings, std::size_t pool_frames,
+                              SpectralChannelWork& work) {
     const std::size_t bins = settings.n / 2;
     if (bins == 0 ||
         pool_frames > std::numeric_limits<std::size_t>::max() / sizeof(double) / bins) {
         return false;
     }
-    work.ref = &ref;
-    work.dut = &dut;
+    work.pair = &pair;
     work.channel = channel;
-    work.dut_offset = dut_offset;
     work.ref_db = try_allocate<double>(bins);
     work.dut_db = try_allocate<double>(bins);
     work.peak = try_allocate<std::uint8_t>(bins);
     work.ratios = try_allocate<double>(pool_frames * bins);
     if (!work.ref_db || !work.dut_db || !work.peak || !work.ratios) return false;
     work.bands = spectral_band_table(settings.bands, settings.defaults);
-    spectral_band_map(work.bands, bins, static_cast<double>(ref.sample_rate), settings.n,
+    spectral_band_map(work.bands, bins, static_cast<double>(pair.ref->sample_rate), settings.n,
                       work.band_of_bin);
     work.setup = {.n = settings.n,
                   .bin_count = bins,
@@ -131,8 +127,8 @@ SpectralRecordFold spectral_record_begin(SpectralChannelWork& work) {
 
 void spectral_record_frame(SpectralChannelWork& work, std::size_t start, SpectralRecordFold& fold,
                            SpectralChannelResult& out) {
-    const SpectralFrameResult frame = spectral_compare_frame(
-        *work.ref, *work.dut, work.channel, work.dut_offset, start, work.setup, work.buffers);
+    const SpectralFrameResult frame =
+        spectral_compare_frame(*work.pair, work.channel, start, work.setup, work.buffers);
     const bool first = out.frames_scanned == 0;
     ++out.frames_scanned;
     bool new_worst = false;
@@ -150,7 +146,7 @@ void spectral_record_finish(SpectralChannelWork& work, const SpectralRecordFold&
     out.frame_gated = out.frames_scanned > 0 && out.frames_gated == out.frames_scanned;
     if (fold.worst_bin >= 0) {
         out.worst_freq_hz = static_cast<double>(fold.worst_bin) *
-                            static_cast<double>(work.ref->sample_rate) /
+                            static_cast<double>(work.pair->ref->sample_rate) /
                             static_cast<double>(work.setup.n);
     }
     const std::span<double> pool(work.ratios.get(), work.buffers.ratio_count);

@@ -4,8 +4,7 @@
 // and verdict that close a record.
 #pragma once
 
-#include "audio/overlap.h"
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 #include "dsp/spectral_frame.h"
 #include "dsp/spectral_result.h"
 
@@ -15,20 +14,16 @@
 #include <optional>
 #include <vector>
 
-// The aligned overlap (reference frame f pairs with DUT frame f + dut_offset) when it holds at
-// least one frame of n samples, n >= 2, and the DUT has each of the first `channels` channels;
-// nothing otherwise (too short to compare).
-std::optional<Overlap> spectral_usable_overlap(const WavFile& ref, const WavFile& dut,
-                                               std::int64_t dut_offset, std::size_t n,
+// The pair's overlap when it holds at least one frame of n samples, n >= 2, and the DUT has each of
+// the first `channels` channels; nothing otherwise (too short to compare).
+std::optional<Overlap> spectral_usable_overlap(const AlignedPair& pair, std::size_t n,
                                                unsigned channels);
 
-// One channel's files, working arrays and frame setup. The setup and buffers point into the
+// One channel's pair of files, working arrays and frame setup. The setup and buffers point into the
 // arrays and tables held here.
 struct SpectralChannelWork {
-    const WavFile* ref = nullptr;
-    const WavFile* dut = nullptr;
+    const AlignedPair* pair = nullptr;
     unsigned channel = 0;
-    std::int64_t dut_offset = 0;
     std::unique_ptr<double[]> ref_db;
     std::unique_ptr<double[]> dut_db;
     std::unique_ptr<std::uint8_t[]> peak;
@@ -49,9 +44,9 @@ struct SpectralRecordFold {
 // Allocates the two dB arrays, the peak flags and a ratio pool for `pool_frames` frames without
 // throwing, and builds the band table and bin-to-band map for settings.n at the reference's rate.
 // False when an allocation fails (the caller then reports the channel as empty and passing).
-bool spectral_channel_prepare(const WavFile& ref, const WavFile& dut, unsigned channel,
-                              std::int64_t dut_offset, const SpectralSettings& settings,
-                              std::size_t pool_frames, SpectralChannelWork& work);
+bool spectral_channel_prepare(const AlignedPair& pair, unsigned channel,
+                              const SpectralSettings& settings, std::size_t pool_frames,
+                              SpectralChannelWork& work);
 
 // Starts a new record: empties the ratio pool and returns a fresh fold.
 SpectralRecordFold spectral_record_begin(SpectralChannelWork& work);

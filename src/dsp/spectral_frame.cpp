@@ -80,22 +80,21 @@ void compare_bins(const SpectralFrameSetup& setup, SpectralFrameBuffers& buffers
 
 } // namespace
 
-SpectralFrameResult spectral_compare_frame(const WavFile& ref, const WavFile& dut, unsigned channel,
-                                           std::int64_t dut_offset, std::size_t start,
-                                           const SpectralFrameSetup& setup,
+SpectralFrameResult spectral_compare_frame(const AlignedPair& pair, unsigned channel,
+                                           std::size_t start, const SpectralFrameSetup& setup,
                                            SpectralFrameBuffers& buffers) {
     SpectralFrameResult frame;
     const std::size_t dut_start =
-        static_cast<std::size_t>(static_cast<std::int64_t>(start) + dut_offset);
-    spectrum_db_frame(ref, channel, start, setup.n, buffers.ref_db);
-    spectrum_db_frame(dut, channel, dut_start, setup.n, buffers.dut_db);
+        static_cast<std::size_t>(static_cast<std::int64_t>(start) + pair.offset);
+    spectrum_db_frame(*pair.ref, channel, start, setup.n, buffers.ref_db);
+    spectrum_db_frame(*pair.dut, channel, dut_start, setup.n, buffers.dut_db);
     std::fill_n(buffers.peak, setup.bin_count, std::uint8_t{0});
     // Without bins there is no peak that could clear the gate.
     frame.gated = setup.bin_count == 0;
     if (frame.gated) return frame;
 
     const std::span<const double> ref_db(buffers.ref_db, setup.bin_count);
-    frame.ref_peak_bin = spectral_find_peak(ref_db, peak_search_range(ref, start, setup));
+    frame.ref_peak_bin = spectral_find_peak(ref_db, peak_search_range(*pair.ref, start, setup));
     frame.peak_band = setup.band_of_bin[frame.ref_peak_bin];
     const SpectralBand& band = setup.bands[frame.peak_band];
     const double peak_db = ref_db[frame.ref_peak_bin];

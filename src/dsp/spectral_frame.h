@@ -2,7 +2,7 @@
 // compared bin by bin, each bin's level difference divided by the tolerance of its band and tier.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 #include "dsp/spectral_bands.h"
 #include "dsp/sweep_search.h"
 
@@ -54,11 +54,10 @@ struct SpectralFrameResult {
     double peak_band_floor_db = 0.0; // floor used for the bins of the peak's band
 };
 
-// Compares reference frames [start, start + n) with DUT frames [start + dut_offset, ...) of
-// `channel`; the caller guarantees both lie inside their files. Modes: multitone searches the
+// Compares reference frames [start, start + n) of `channel` with their DUT partners in the pair;
+// the caller guarantees both lie inside their files. Modes: multitone searches the
 // reference peak over every bin, the sweeps inside sweep_search_range around the expected tone
 // (every bin when the sweep's windowing is off). Peak flags are left in buffers.peak.
-SpectralFrameResult spectral_compare_frame(const WavFile& ref, const WavFile& dut, unsigned channel,
-                                           std::int64_t dut_offset, std::size_t start,
-                                           const SpectralFrameSetup& setup,
+SpectralFrameResult spectral_compare_frame(const AlignedPair& pair, unsigned channel,
+                                           std::size_t start, const SpectralFrameSetup& setup,
                                            SpectralFrameBuffers& buffers);

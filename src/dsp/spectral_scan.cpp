@@ -48,11 +48,10 @@ ScanPlan scan_plan(const Overlap& overlap, const SpectralSettings& s) {
     return plan;
 }
 
-SpectralChannelResult scan_channel(const WavFile& ref, const WavFile& dut, unsigned channel,
-                                   std::int64_t dut_offset, const SpectralSettings& s) {
+SpectralChannelResult scan_channel(const AlignedPair& pair, unsigned channel,
+                                   const SpectralSettings& s) {
     SpectralChannelResult out;
-    const std::optional<Overlap> overlap =
-        spectral_usable_overlap(ref, dut, dut_offset, s.n, channel + 1);
+    const std::optional<Overlap> overlap = spectral_usable_overlap(pair, s.n, channel + 1);
     if (!overlap) {
         out.insufficient_samples = true;
         return out;
@@ -61,7 +60,7 @@ SpectralChannelResult scan_channel(const WavFile& ref, const WavFile& dut, unsig
     const std::size_t frames = plan.regular + (plan.tail ? 1 : 0);
     SpectralChannelWork work;
     // Without working arrays the record stays empty, the edge skip included.
-    if (!spectral_channel_prepare(ref, dut, channel, dut_offset, s, frames, work)) return out;
+    if (!spectral_channel_prepare(pair, channel, s, frames, work)) return out;
     out.edge_skipped_samples = plan.edge_skip;
     SpectralRecordFold fold = spectral_record_begin(work);
     for (std::size_t i = 0; i < plan.regular; ++i) {
@@ -74,13 +73,12 @@ SpectralChannelResult scan_channel(const WavFile& ref, const WavFile& dut, unsig
 
 } // namespace
 
-SpectralScanResult spectral_scan(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                                 const SpectralSettings& settings) {
+SpectralScanResult spectral_scan(const AlignedPair& pair, const SpectralSettings& settings) {
     SpectralScanResult result;
-    result.channels = ref.channels;
-    const unsigned examined = std::min(ref.channels, 2u);
+    result.channels = pair.ref->channels;
+    const unsigned examined = std::min(result.channels, 2u);
     for (unsigned channel = 0; channel < examined; ++channel) {
-        result.channel[channel] = scan_channel(ref, dut, channel, dut_offset, settings);
+        result.channel[channel] = scan_channel(pair, channel, settings);
         result.passed = result.passed && result.channel[channel].passed;
     }
     return result;

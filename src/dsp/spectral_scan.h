@@ -2,7 +2,7 @@
 // overlapping frames (with edge skip and tail frame for sweeps).
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 #include "dsp/spectral_result.h"
 
 #include <array>
@@ -14,7 +14,5 @@ struct SpectralScanResult {
     bool passed = true;         // every examined channel passed
 };
 
-// Compares the first min(reference channels, 2) channels; reference frame f lines up with DUT
-// frame f + dut_offset.
-SpectralScanResult spectral_scan(const WavFile& ref, const WavFile& dut, std::int64_t dut_offset,
-                                 const SpectralSettings& settings);
+// Compares the first min(reference channels, 2) channels over the pair's overlap.
+SpectralScanResult spectral_scan(const AlignedPair& pair, const SpectralSettings& settings);

@@ -1,6 +1,6 @@
 #include "dsp/spectral_snapshots.h"
 
-#include "audio/rounding.h"
+#include "audio/numeric.h"
 #include "dsp/spectral_channel.h"
 
 #include <algorithm>
@@ -68,11 +68,10 @@ std::vector<SpectralSnapshot> snapshots_spread(std::size_t count, const Overlap&
 
 // Compares every snapshot's frame of one channel, each as a record of its own. When the working
 // arrays cannot be allocated the channel's records stay empty and passing.
-void measure_channel(const WavFile& ref, const WavFile& dut, unsigned channel,
-                     std::int64_t dut_offset, const SpectralSettings& settings,
+void measure_channel(const AlignedPair& pair, unsigned channel, const SpectralSettings& settings,
                      std::vector<SpectralSnapshot>& snapshots) {
     SpectralChannelWork work;
-    if (!spectral_channel_prepare(ref, dut, channel, dut_offset, settings, 1, work)) return;
+    if (!spectral_channel_prepare(pair, channel, settings, 1, work)) return;
     for (SpectralSnapshot& snapshot : snapshots) {
         SpectralChannelResult& out = snapshot.channel[channel];
         SpectralRecordFold fold = spectral_record_begin(work);
@@ -83,26 +82,24 @@ void measure_channel(const WavFile& ref, const WavFile& dut, unsigned channel,
 
 } // namespace
 
-SpectralSnapshotsResult spectral_snapshots(const WavFile& ref, const WavFile& dut,
-                                           std::int64_t dut_offset,
+SpectralSnapshotsResult spectral_snapshots(const AlignedPair& pair,
                                            const SpectralSettings& settings,
                                            std::span<const double> times_sec, std::size_t count) {
     SpectralSnapshotsResult result;
-    result.channels = ref.channels;
-    const unsigned examined = std::min(ref.channels, 2u);
+    result.channels = pair.ref->channels;
+    const unsigned examined = std::min(result.channels, 2u);
     if (examined == 0) return result;
-    const std::optional<Overlap> overlap =
-        spectral_usable_overlap(ref, dut, dut_offset, settings.n, examined);
+    const std::optional<Overlap> overlap = spectral_usable_overlap(pair, settings.n, examined);
     if (!overlap) {
         result.insufficient_samples = true;
         return result;
     }
-    const auto rate = static_cast<double>(ref.sample_rate);
+    const auto rate = static_cast<double>(pair.ref->sample_rate);
     result.snapshots = times_sec.empty()
                            ? snapshots_spread(count, *overlap, settings.n, rate)
                            : snapshots_at_times(times_sec, *overlap, settings.n, rate);
     for (unsigned channel = 0; channel < examined; ++channel) {
-        measure_channel(ref, dut, channel, dut_offset, settings, result.snapshots);
+        measure_channel(pair, channel, settings, result.snapshots);
     }
     for (const SpectralSnapshot& snapshot : result.snapshots) {
         for (unsigned channel = 0; channel < examined; ++channel) {

@@ -2,7 +2,7 @@
 // spread evenly over the aligned overlap, each judged on its own.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/aligned_pair.h"
 #include "dsp/spectral_result.h"
 
 #include <array>
@@ -26,7 +26,6 @@ struct SpectralSnapshotsResult {
 
 // Snapshots at `times_sec` when the list is not empty, else `count` snapshots spread over the
 // overlap. Continuous-scan settings are ignored.
-SpectralSnapshotsResult spectral_snapshots(const WavFile& ref, const WavFile& dut,
-                                           std::int64_t dut_offset,
+SpectralSnapshotsResult spectral_snapshots(const AlignedPair& pair,
                                            const SpectralSettings& settings,
                                            std::span<const double> times_sec, std::size_t count);

@@ -1,5 +1,5 @@
 #include "dsp/spectrum_frame.h"
-#include "audio/decibels.h"
+#include "audio/numeric.h"
 
 #include "dsp/fft.h"
 

@@ -1,6 +1,6 @@
 #include "dsp/statistics.h"
 
-#include "audio/rounding.h"
+#include "audio/numeric.h"
 
 #include <algorithm>
 #include <cmath>

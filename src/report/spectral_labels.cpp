@@ -1,5 +1,6 @@
 // The annotations of the spectral chart: the fail marker with its label box, and the labelled
 // peaks with their leader lines.
+#include "audio/numeric.h"
 #include "report/chart_scales.h"
 #include "report/spectral_parts.h"
 
@@ -23,7 +24,7 @@ bool drawn_frequency(const SpectralChartData& chart, double freq_hz) {
 double failing_level(const SpectralChartData& chart, double freq_hz) {
     const std::span<const double> trace = chart.dut_db.empty() ? chart.ref_db : chart.dut_db;
     if (trace.empty() || !(chart.bin_hz > 0.0)) return kChartDbMax;
-    const double bin = std::round(freq_hz / chart.bin_hz);
+    const double bin = round_half_away_from_zero(freq_hz / chart.bin_hz);
     const double last = static_cast<double>(trace.size() - 1);
     return trace[static_cast<std::size_t>(std::clamp(bin, 0.0, last))];
 }

@@ -76,8 +76,8 @@ TEST(WindowCorrelation, StridedChannelsGiveTheSameBits) {
     const BlockPlan plan = plan_blocks(a.size(), b.size(), window, 1024);
     ASSERT_LT(plan.block, a.size());
     const WindowSums plain = correlate_window(view_of(a), view_of(b), window, plan);
-    const WindowSums strided =
-        correlate_window({a3.data() + 1, a.size(), 3}, {b3.data() + 1, b.size(), 3}, window, plan);
+    const WindowSums strided = correlate_window(strided_view(a3, 1, a.size(), 3),
+                                                strided_view(b3, 1, b.size(), 3), window, plan);
     for (std::size_t j = 0; j < lag_window_width(window); ++j)
         ASSERT_EQ(plain.c[j], strided.c[j]) << j;
 }

@@ -217,16 +217,16 @@ TEST(ImpulseTemplateCheck, NonDefaultLevels) {
     // Floor -40 dBFS, peak level -20 dBFS, ratio 2.
     const std::vector<double> ref = signal_sine(50.0, 0.05, kImpulseRate, 1000);
     const auto run = [&ref](const std::vector<double>& dut) {
-        return impulse_template_check(impulse_mono(ref), impulse_mono(dut), 0, 8192, -20.0, 2.0,
-                                      -40.0);
+        return impulse_template_check(aligned_pair(impulse_mono(ref), impulse_mono(dut), 0), 8192,
+                                      -20.0, 2.0, -40.0);
     };
     EXPECT_TRUE(run(scaled(ref, 1.99)).passed);
     EXPECT_FALSE(run(scaled(ref, 2.01)).passed);
     std::vector<double> quiet_click(1000, 0.0);
     quiet_click[500] = std::pow(10.0, -35.0 / 20.0);
-    const ImpulseTemplateResult click =
-        impulse_template_check(impulse_mono(std::vector<double>(1000, 0.0)),
-                               impulse_mono(quiet_click), 0, 8192, -20.0, 2.0, -40.0);
+    const ImpulseTemplateResult click = impulse_template_check(
+        aligned_pair(impulse_mono(std::vector<double>(1000, 0.0)), impulse_mono(quiet_click), 0),
+        8192, -20.0, 2.0, -40.0);
     expect_single_fail(click.channel[0], 500, quiet_click[500] - std::pow(10.0, -40.0 / 20.0), 0.0,
                        quiet_click[500]);
 }

@@ -38,5 +38,5 @@ std::vector<double> impulse_clicks(std::size_t frames, const std::vector<std::si
 
 ImpulseTemplateResult impulse_run(const WavFile& ref, const WavFile& dut, std::int64_t offset,
                                   std::size_t frame_size) {
-    return impulse_template_check(ref, dut, offset, frame_size, -10.0, 1.25, -30.0);
+    return impulse_template_check(aligned_pair(ref, dut, offset), frame_size, -10.0, 1.25, -30.0);
 }

@@ -53,7 +53,7 @@ std::vector<double> with_burst(std::vector<double> values, std::size_t first, st
 
 LevelFidelityResult run_level(const WavFile& ref, const WavFile& dut, LevelSettings settings,
                               std::int64_t offset) {
-    return level_fidelity(ref, dut, offset, settings.floor_db, settings.tolerance_db,
+    return level_fidelity(aligned_pair(ref, dut, offset), settings.floor_db, settings.tolerance_db,
                           settings.min_run_ms);
 }
 

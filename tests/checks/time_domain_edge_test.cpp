@@ -34,9 +34,10 @@ TEST(TimeDomainEdge, IdenticalFilesScoreZeroAndPass) {
 TEST(TimeDomainEdge, IdenticalFilesScoreExactlyZeroPercent) {
     // With every tolerance at -0.5 % each included pair "fails", which exposes the largest score.
     const std::vector<double> signal = {0.5, -0.5, 0.25, 0.001, 1.0, kMostNegative16};
-    const TimeDomainChannel c = time_domain_scan(make_file(signal), make_file(signal), 0, kFloorDb,
-                                                 kPeakDb, -0.5, kLowDb, -0.5, -0.5)
-                                    .channel[0];
+    const TimeDomainChannel c =
+        time_domain_scan(aligned_pair(make_file(signal), make_file(signal), 0), kFloorDb, kPeakDb,
+                         -0.5, kLowDb, -0.5, -0.5)
+            .channel[0];
     EXPECT_EQ(c.total_fails, 6u);
     EXPECT_EQ(c.worst_diff_pct, 0.0);
     EXPECT_EQ(c.worst_sample, 0u);

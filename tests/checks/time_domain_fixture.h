@@ -44,8 +44,8 @@ inline WavFile make_file(std::vector<double> samples, std::uint32_t channels = 1
 
 inline TimeDomainResult scan_defaults(const WavFile& ref, const WavFile& dut,
                                       std::int64_t offset = 0) {
-    return time_domain_scan(ref, dut, offset, kFloorDb, kPeakDb, kPeakTolerance, kLowDb,
-                            kLowTolerance, kSignalTolerance);
+    return time_domain_scan(aligned_pair(ref, dut, offset), kFloorDb, kPeakDb, kPeakTolerance,
+                            kLowDb, kLowTolerance, kSignalTolerance);
 }
 
 // The scan of one mono pair with the default settings.

@@ -13,16 +13,16 @@ using namespace time_domain_test;
 // Distinct tolerances per tier so that the recorded tolerance names the tier: low 30, signal 40,
 // peak 10.
 TimeDomainChannel scan_distinct(std::vector<double> ref, std::vector<double> dut) {
-    return time_domain_scan(make_file(std::move(ref)), make_file(std::move(dut)), 0, kFloorDb,
-                            kPeakDb, 10.0, kLowDb, 30.0, 40.0)
+    return time_domain_scan(aligned_pair(make_file(std::move(ref)), make_file(std::move(dut)), 0),
+                            kFloorDb, kPeakDb, 10.0, kLowDb, 30.0, 40.0)
         .channel[0];
 }
 
 // Every tolerance far below zero: each included pair with a positive reference fails, so the
 // tier counters show where every pair went.
 TimeDomainChannel scan_all_fail(std::vector<double> ref, std::vector<double> dut) {
-    return time_domain_scan(make_file(std::move(ref)), make_file(std::move(dut)), 0, kFloorDb,
-                            kPeakDb, -1000.0, kLowDb, -1000.0, -1000.0)
+    return time_domain_scan(aligned_pair(make_file(std::move(ref)), make_file(std::move(dut)), 0),
+                            kFloorDb, kPeakDb, -1000.0, kLowDb, -1000.0, -1000.0)
         .channel[0];
 }
 
@@ -83,8 +83,8 @@ TEST(TimeDomainTiers, PeakTierFailsOnItsOwn) {
 TEST(TimeDomainTiers, ScoreEqualToTheToleranceDoesNotFail) {
     // 0.5 -> 0.75 scores exactly 50 %; only a larger score fails.
     const auto scan = [](double u) {
-        return time_domain_scan(make_file({0.5}), make_file({u}), 0, kFloorDb, kPeakDb, 50.0,
-                                kLowDb, kLowTolerance, kSignalTolerance)
+        return time_domain_scan(aligned_pair(make_file({0.5}), make_file({u}), 0), kFloorDb,
+                                kPeakDb, 50.0, kLowDb, kLowTolerance, kSignalTolerance)
             .channel[0];
     };
     EXPECT_EQ(scan(0.75).total_fails, 0u);
@@ -108,9 +108,9 @@ TEST(TimeDomainTiers, PairsAtOrBelowTheFloorAreExcluded) {
     // Floor at -40 dBFS (0.01): the first three pairs are excluded despite their differences;
     // the last two are held up to the floor and scored (100 % and 50 %).
     const TimeDomainChannel c =
-        time_domain_scan(make_file({0.005, 0.009, 0.01, 0.005, 0.02}),
-                         make_file({0.009, 0.005, 0.01, 0.02, 0.005}), 0, -40.0, kPeakDb,
-                         kPeakTolerance, kLowDb, kLowTolerance, kSignalTolerance)
+        time_domain_scan(aligned_pair(make_file({0.005, 0.009, 0.01, 0.005, 0.02}),
+                                      make_file({0.009, 0.005, 0.01, 0.02, 0.005}), 0),
+                         -40.0, kPeakDb, kPeakTolerance, kLowDb, kLowTolerance, kSignalTolerance)
             .channel[0];
     EXPECT_EQ(c.samples_excluded, 3u);
     EXPECT_EQ(c.samples_included, 2u);
@@ -159,8 +159,8 @@ TEST(TimeDomainTiers, NegativeScoresBelowMinusOneFailWithoutAWorstSample) {
     // A tolerance below -1 % lets a negative score fail, but the worst starts at -1.0, so a
     // -20 % failure is counted while the worst-* fields stay 0.
     const TimeDomainChannel c =
-        time_domain_scan(make_file({-0.5}), make_file({-0.6}), 0, kFloorDb, kPeakDb, -50.0, kLowDb,
-                         kLowTolerance, kSignalTolerance)
+        time_domain_scan(aligned_pair(make_file({-0.5}), make_file({-0.6}), 0), kFloorDb, kPeakDb,
+                         -50.0, kLowDb, kLowTolerance, kSignalTolerance)
             .channel[0];
     EXPECT_EQ(c.total_fails, 1u);
     EXPECT_TRUE(c.has_failures);

@@ -18,8 +18,8 @@ double centred_magnitude(const std::vector<double>& e, std::size_t i, std::size_
 } // namespace
 
 ArtifactResult run_artifact(const WavFile& ref, const WavFile& dut, const ArtifactSettings& s) {
-    return artifact_check(ref, dut, s.offset, s.k, s.floor_db, s.window, s.min_run, s.min_severity,
-                          s.min_global_severity, s.min_silence_clip_run);
+    return artifact_check(aligned_pair(ref, dut, s.offset), s.k, s.floor_db, s.window, s.min_run,
+                          s.min_severity, s.min_global_severity, s.min_silence_clip_run);
 }
 
 WavFile artifact_wav(const std::vector<std::vector<double>>& channels, std::uint32_t format) {

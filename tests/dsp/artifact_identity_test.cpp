@@ -46,8 +46,8 @@ void expect_same_channel(const ArtifactChannelResult& fast, const ReferenceArtif
 void expect_same(const WavFile& ref, const WavFile& dut, const Case& c) {
     const ReferenceArtifactSettings& s = c.settings;
     const ArtifactResult fast =
-        artifact_check(ref, dut, c.offset, s.k, s.noise_floor_db, s.window_samples, s.min_run,
-                       s.min_severity, s.min_global_severity, s.min_silence_clip_run);
+        artifact_check(aligned_pair(ref, dut, c.offset), s.k, s.noise_floor_db, s.window_samples,
+                       s.min_run, s.min_severity, s.min_global_severity, s.min_silence_clip_run);
     const ReferenceArtifactResult plain = reference_artifact_check(ref, dut, c.offset, s);
     EXPECT_EQ(fast.channels, plain.channels);
     EXPECT_EQ(fast.passed, plain.passed);

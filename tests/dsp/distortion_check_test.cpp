@@ -17,7 +17,7 @@ constexpr std::size_t kFrames = 12000;
 // The defaults of the settings: notch 20 bins, gate -100 dB, tolerance 0.01, single frame.
 DistortionResult check_single(const WavFile& ref, const WavFile& dut, std::size_t notch = 20,
                               double floor_db = -100.0, double tolerance = 0.01) {
-    return distortion_check(ref, dut, 0, kN, notch, false, floor_db, tolerance, 0.0);
+    return distortion_check(aligned_pair(ref, dut, 0), kN, notch, false, floor_db, tolerance, 0.0);
 }
 
 // The single frame of a 12000-frame overlap starts at 6000 - 2048.

@@ -29,7 +29,7 @@ NoisyPair noisy_pair(std::size_t frames, std::uint64_t seed) {
 }
 
 DistortionResult scan(const WavFile& ref, const WavFile& dut, std::int64_t offset, double overlap) {
-    return distortion_check(ref, dut, offset, kN, 20, true, -100.0, 0.01, overlap);
+    return distortion_check(aligned_pair(ref, dut, offset), kN, 20, true, -100.0, 0.01, overlap);
 }
 
 // The ungated ratios of frames at first + i * hop measured directly, in scan order.
@@ -138,7 +138,7 @@ TEST(DistortionScan, SingleFrameIsCentredInTheOverlap) {
         distortion_wav({std::vector<double>(pair.ref.begin(), pair.ref.begin() + 5001)});
     const WavFile dut = distortion_wav({pair.dut});
     const DistortionChannelResult c =
-        distortion_check(ref, dut, 200, kN, 20, false, -100.0, 0.01, 0.0).channel[0];
+        distortion_check(aligned_pair(ref, dut, 200), kN, 20, false, -100.0, 0.01, 0.0).channel[0];
     EXPECT_EQ(c.frames_scanned, 1u);
     EXPECT_EQ(c.worst_frame_start, 1988u);
     EXPECT_EQ(c.thdn_ratio, distortion_measure_frame(ref, dut, 0, 1988, 200, kN, 20).figure.ratio);
@@ -154,7 +154,7 @@ TEST(DistortionScan, SingleFrameFillingTheOverlapEndsAtItsEnd) {
     const WavFile dut =
         distortion_wav({std::vector<double>(pair.dut.begin() + 100, pair.dut.end())});
     const DistortionChannelResult c =
-        distortion_check(ref, dut, -100, kN, 20, false, -100.0, 0.01, 0.0).channel[0];
+        distortion_check(aligned_pair(ref, dut, -100), kN, 20, false, -100.0, 0.01, 0.0).channel[0];
     EXPECT_FALSE(c.insufficient_samples);
     EXPECT_EQ(c.frames_scanned, 1u);
     EXPECT_EQ(c.worst_frame_start, 100u);
@@ -168,7 +168,7 @@ TEST(DistortionScan, OverlapShorterThanAFrameIsInsufficient) {
     // Offset 101 leaves 1023 frames; continuous or not, the channel is insufficient.
     for (const bool continuous : {false, true}) {
         const DistortionResult r =
-            distortion_check(ref, dut, 101, kN, 20, continuous, -100.0, 0.01, 0.0);
+            distortion_check(aligned_pair(ref, dut, 101), kN, 20, continuous, -100.0, 0.01, 0.0);
         EXPECT_TRUE(r.passed);
         const DistortionChannelResult& c = r.channel[0];
         EXPECT_TRUE(c.passed);
@@ -197,7 +197,8 @@ TEST(DistortionScan, StereoChannelsAreMeasuredApart) {
     const WavFile ref = distortion_wav({left, right});
     const WavFile dut =
         distortion_wav({left, distortion_mix(right, distortion_tone(2000.0, 0.02, 3000), 1.0)});
-    const DistortionResult r = distortion_check(ref, dut, 0, kN, 20, false, -100.0, 0.01, 0.0);
+    const DistortionResult r =
+        distortion_check(aligned_pair(ref, dut, 0), kN, 20, false, -100.0, 0.01, 0.0);
     ASSERT_EQ(r.channels, 2u);
     EXPECT_FALSE(r.passed);
     EXPECT_TRUE(r.channel[0].passed);
@@ -212,8 +213,9 @@ TEST(DistortionScan, StereoChannelsAreMeasuredApart) {
 
 TEST(DistortionScan, MissingDutChannelIsInsufficient) {
     const std::vector<double> tone = distortion_tone(1000.0, 0.5, 3000);
-    const DistortionResult r = distortion_check(
-        distortion_wav({tone, tone}), distortion_wav({tone}), 0, kN, 20, false, -100.0, 0.01, 0.0);
+    const DistortionResult r =
+        distortion_check(aligned_pair(distortion_wav({tone, tone}), distortion_wav({tone}), 0), kN,
+                         20, false, -100.0, 0.01, 0.0);
     EXPECT_TRUE(r.passed);
     EXPECT_FALSE(r.channel[0].insufficient_samples);
     EXPECT_EQ(r.channel[0].thdn_ratio, 0.0);
@@ -224,14 +226,16 @@ TEST(DistortionScan, OnlyTheFirstTwoChannelsAreExamined) {
     const std::vector<double> tone = distortion_tone(1000.0, 0.5, 3000);
     const WavFile ref = distortion_wav({tone, tone, std::vector<double>(3000, 0.0)});
     const WavFile dut = distortion_wav({tone, tone, distortion_tone(2000.0, 0.5, 3000)});
-    const DistortionResult r = distortion_check(ref, dut, 0, kN, 20, false, -100.0, 0.01, 0.0);
+    const DistortionResult r =
+        distortion_check(aligned_pair(ref, dut, 0), kN, 20, false, -100.0, 0.01, 0.0);
     EXPECT_EQ(r.channels, 3u);
     EXPECT_TRUE(r.passed);
 }
 
 TEST(DistortionScan, ReferenceWithoutChannelsPassesWithNothingElse) {
     const WavFile empty;
-    const DistortionResult r = distortion_check(empty, empty, 0, kN, 20, true, -100.0, 0.01, 0.5);
+    const DistortionResult r =
+        distortion_check(aligned_pair(empty, empty, 0), kN, 20, true, -100.0, 0.01, 0.5);
     EXPECT_TRUE(r.passed);
     EXPECT_EQ(r.channels, 0u);
     for (const DistortionChannelResult& c : r.channel) {

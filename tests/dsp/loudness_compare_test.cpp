@@ -107,7 +107,8 @@ TEST(LoudnessCompare, CeilingOnlyWhenEnabled) {
 
 TEST(LoudnessCompare, TwoSilentFilesPassWithZeroDeltas) {
     const WavFile silence = identical_stereo(std::vector<double>(loudness_frames(2.0)));
-    const LoudnessResult r = loudness_compare(silence, silence, 0, true, 0.5, 0.5, -1.0);
+    const LoudnessResult r =
+        loudness_compare(aligned_pair(silence, silence, 0), true, 0.5, 0.5, -1.0);
     EXPECT_EQ(r.ref.integrated_lufs, -200.0);
     EXPECT_EQ(r.dut.true_peak_dbtp, -200.0);
     EXPECT_EQ(r.delta_integrated_lu, 0.0);
@@ -124,31 +125,31 @@ TEST(LoudnessCompare, DutOneDbQuieterPassesTruePeak) {
     const WavFile ref = identical_stereo(x);
     const WavFile dut = identical_stereo(scaled(x, -1.0));
     // The integrated tolerance is wide so that only the true-peak test can decide.
-    const LoudnessResult r = loudness_compare(ref, dut, 0, false, 2.0, 0.5, 0.0);
+    const LoudnessResult r = loudness_compare(aligned_pair(ref, dut, 0), false, 2.0, 0.5, 0.0);
     EXPECT_NEAR(r.delta_true_peak_db, -1.0, 1e-9);
     EXPECT_NEAR(r.delta_integrated_lu, -1.0, 1e-9);
     EXPECT_NEAR(r.delta_sample_peak_db, -1.0, 1e-9);
     EXPECT_TRUE(r.passed);
-    EXPECT_TRUE(loudness_compare(ref, dut, 0, false, 2.0, 0.0, 0.0).passed);
+    EXPECT_TRUE(loudness_compare(aligned_pair(ref, dut, 0), false, 2.0, 0.0, 0.0).passed);
 }
 
 TEST(LoudnessCompare, DutOneDbLouderFailsTruePeak) {
     const std::vector<double> x = programme();
     const WavFile ref = identical_stereo(x);
     const WavFile dut = identical_stereo(scaled(x, 1.0));
-    const LoudnessResult r = loudness_compare(ref, dut, 0, false, 2.0, 0.5, 0.0);
+    const LoudnessResult r = loudness_compare(aligned_pair(ref, dut, 0), false, 2.0, 0.5, 0.0);
     EXPECT_NEAR(r.delta_true_peak_db, 1.0, 1e-9);
     EXPECT_NEAR(r.delta_max_momentary_lu, 1.0, 1e-9);
     EXPECT_FALSE(r.passed);
     // Only the true-peak test failed: a wider true-peak tolerance passes.
-    EXPECT_TRUE(loudness_compare(ref, dut, 0, false, 2.0, 1.5, 0.0).passed);
+    EXPECT_TRUE(loudness_compare(aligned_pair(ref, dut, 0), false, 2.0, 1.5, 0.0).passed);
 }
 
 TEST(LoudnessCompare, IntegratedToleranceDecides) {
     const std::vector<double> x = programme();
     const WavFile ref = identical_stereo(x);
     const WavFile dut = identical_stereo(scaled(x, -1.0));
-    EXPECT_FALSE(loudness_compare(ref, dut, 0, false, 0.5, 0.5, 0.0).passed);
+    EXPECT_FALSE(loudness_compare(aligned_pair(ref, dut, 0), false, 0.5, 0.5, 0.0).passed);
 }
 
 TEST(LoudnessCompare, OffsetsLineUpTheSameFrames) {
@@ -158,7 +159,7 @@ TEST(LoudnessCompare, OffsetsLineUpTheSameFrames) {
     const WavFile ref = identical_stereo(x);
     const WavFile dut = identical_stereo(late);
     // DUT 480 frames late: the overlap holds exactly the same samples on both sides.
-    const LoudnessResult r = loudness_compare(ref, dut, 480, true, 0.5, 0.5, 0.0);
+    const LoudnessResult r = loudness_compare(aligned_pair(ref, dut, 480), true, 0.5, 0.5, 0.0);
     EXPECT_EQ(r.delta_integrated_lu, 0.0);
     EXPECT_EQ(r.delta_true_peak_db, 0.0);
     EXPECT_EQ(r.delta_range_lu, 0.0);
@@ -166,7 +167,8 @@ TEST(LoudnessCompare, OffsetsLineUpTheSameFrames) {
     EXPECT_EQ(r.ref.integrated_lufs, measure_whole(ref).integrated_lufs);
     EXPECT_TRUE(r.passed);
     // Swapped roles, negative offset: the reference is read from frame 480.
-    const LoudnessResult swapped = loudness_compare(dut, ref, -480, false, 0.5, 0.5, 0.0);
+    const LoudnessResult swapped =
+        loudness_compare(aligned_pair(dut, ref, -480), false, 0.5, 0.5, 0.0);
     EXPECT_EQ(swapped.ref.integrated_lufs, r.ref.integrated_lufs);
     EXPECT_EQ(swapped.delta_integrated_lu, 0.0);
     EXPECT_TRUE(swapped.passed);
@@ -176,7 +178,8 @@ TEST(LoudnessCompare, NoOverlapKeepsInitialValues) {
     const WavFile file = identical_stereo(programme());
     const auto frames = static_cast<std::int64_t>(file.frames);
     for (const std::int64_t offset : {frames, -frames, frames + 10}) {
-        const LoudnessResult r = loudness_compare(file, file, offset, true, 0.5, 0.5, -1.0);
+        const LoudnessResult r =
+            loudness_compare(aligned_pair(file, file, offset), true, 0.5, 0.5, -1.0);
         EXPECT_EQ(r.ref.integrated_lufs, -200.0);
         EXPECT_EQ(r.ref.range_lu, 0.0);
         EXPECT_EQ(r.dut.true_peak_dbtp, -200.0);
@@ -194,7 +197,7 @@ TEST(LoudnessCompare, MeasuresAtTheReferenceRateWithItsChannels) {
     mono_ref.channels = 1;
     mono_ref.samples = x;
     // A mono reference measures one channel of the DUT too.
-    const LoudnessResult r = loudness_compare(mono_ref, ref, 0, false, 0.5, 0.5, 0.0);
+    const LoudnessResult r = loudness_compare(aligned_pair(mono_ref, ref, 0), false, 0.5, 0.5, 0.0);
     EXPECT_EQ(r.ref.integrated_lufs, r.dut.integrated_lufs);
     EXPECT_EQ(r.delta_integrated_lu, 0.0);
     EXPECT_NEAR(r.ref.integrated_lufs, measure_whole(ref).integrated_lufs - 10.0 * std::log10(2.0),
@@ -202,7 +205,8 @@ TEST(LoudnessCompare, MeasuresAtTheReferenceRateWithItsChannels) {
     // The DUT's own rate plays no part: both files are filtered and blocked at the reference's.
     WavFile other_rate = ref;
     other_rate.sample_rate = 44100;
-    const LoudnessResult same = loudness_compare(ref, other_rate, 0, false, 0.5, 0.5, 0.0);
+    const LoudnessResult same =
+        loudness_compare(aligned_pair(ref, other_rate, 0), false, 0.5, 0.5, 0.0);
     EXPECT_EQ(same.dut.integrated_lufs, same.ref.integrated_lufs);
     EXPECT_EQ(same.dut.max_short_term_lufs, same.ref.max_short_term_lufs);
 }

@@ -1,7 +1,6 @@
 #include "dsp/loudness_fixture.h"
 
-#include "audio/decibels.h"
-#include "audio/rounding.h"
+#include "audio/numeric.h"
 #include "support/memory_wav.h"
 
 #include <algorithm>

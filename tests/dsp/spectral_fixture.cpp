@@ -62,7 +62,7 @@ SpectralFrameResult spectral_harness_run(SpectralFrameHarness& h, const WavFile&
     buffers.ratios = h.ratios.data();
     buffers.ratio_count = h.ratio_count;
     const SpectralFrameResult result =
-        spectral_compare_frame(ref, dut, channel, dut_offset, start, setup, buffers);
+        spectral_compare_frame(aligned_pair(ref, dut, dut_offset), channel, start, setup, buffers);
     h.ratio_count = buffers.ratio_count;
     return result;
 }

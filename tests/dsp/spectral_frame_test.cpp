@@ -3,7 +3,7 @@
 // search ranges per mode, peak marking, and the frame position in both files.
 #include "dsp/spectral_frame.h"
 
-#include "audio/decibels.h"
+#include "audio/numeric.h"
 #include "dsp/spectral_fixture.h"
 #include "support/signal_gen.h"
 

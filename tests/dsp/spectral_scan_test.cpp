@@ -87,7 +87,7 @@ Pair noisy_pair(std::size_t frames, std::uint64_t seed) {
 
 void expect_scan(const Pair& p, std::int64_t offset, const SpectralSettings& s,
                  const std::vector<std::size_t>& frame_starts) {
-    const SpectralScanResult r = spectral_scan(p.ref, p.dut, offset, s);
+    const SpectralScanResult r = spectral_scan(aligned_pair(p.ref, p.dut, offset), s);
     expect_record(r.channel[0], spectral_expected_record(p.ref, p.dut, offset, s, frame_starts),
                   frame_starts.size());
     EXPECT_EQ(r.passed, r.channel[0].passed);
@@ -96,7 +96,7 @@ void expect_scan(const Pair& p, std::int64_t offset, const SpectralSettings& s,
 TEST(SpectralScan, IdenticalMultitoneFilesPassWithZeroRatios) {
     const WavFile file = spectral_wav({multitone(kFrames)});
     const SpectralSettings s = continuous(kN, 0.5);
-    const SpectralScanResult r = spectral_scan(file, file, 0, s);
+    const SpectralScanResult r = spectral_scan(aligned_pair(file, file, 0), s);
     const SpectralChannelResult& c = r.channel[0];
     // Hop 512: (5000 - 1024) / 512 + 1 = 8 frames.
     EXPECT_EQ(c.frames_scanned, 8u);
@@ -119,7 +119,7 @@ TEST(SpectralScan, HalfOverlapOf8192StepsBy4096) {
 
 TEST(SpectralScan, ContinuousPoolsEveryFrame) {
     const Pair p = noisy_pair(kFrames, 5);
-    const SpectralScanResult r = spectral_scan(p.ref, p.dut, 0, continuous(kN, 0.5));
+    const SpectralScanResult r = spectral_scan(aligned_pair(p.ref, p.dut, 0), continuous(kN, 0.5));
     // The pool spreads out, so the three percentiles are different elements.
     EXPECT_LT(r.channel[0].p50_ratio, r.channel[0].p95_ratio);
     EXPECT_LT(r.channel[0].p95_ratio, r.channel[0].p99_ratio);
@@ -133,7 +133,7 @@ TEST(SpectralScan, SingleFrameIsCentredInTheOverlap) {
     const Pair p = noisy_pair(kFrames, 7);
     const SpectralSettings s = spectral_test_settings(kN);
     expect_scan(p, 0, s, {1988});
-    EXPECT_EQ(spectral_scan(p.ref, p.dut, 0, s).channel[0].chart_frame_start, 1988u);
+    EXPECT_EQ(spectral_scan(aligned_pair(p.ref, p.dut, 0), s).channel[0].chart_frame_start, 1988u);
 }
 
 TEST(SpectralScan, SingleFrameFollowsALateDut) {
@@ -156,7 +156,8 @@ TEST(SpectralScan, EdgeSkipAndTailFrame) {
     const Pair p = noisy_pair(kFrames, 13);
     const SpectralSettings s = with_edges(600);
     expect_scan(p, 0, s, starts(600, 512, 6, {3376}));
-    EXPECT_EQ(spectral_scan(p.ref, p.dut, 0, s).channel[0].edge_skipped_samples, 600u);
+    EXPECT_EQ(spectral_scan(aligned_pair(p.ref, p.dut, 0), s).channel[0].edge_skipped_samples,
+              600u);
 }
 
 TEST(SpectralScan, EdgeSkipNeedsEdgeHandling) {
@@ -164,7 +165,7 @@ TEST(SpectralScan, EdgeSkipNeedsEdgeHandling) {
     SpectralSettings s = with_edges(600);
     s.edge_handling = false;
     expect_scan(p, 0, s, starts(0, 512, 8));
-    EXPECT_EQ(spectral_scan(p.ref, p.dut, 0, s).channel[0].edge_skipped_samples, 0u);
+    EXPECT_EQ(spectral_scan(aligned_pair(p.ref, p.dut, 0), s).channel[0].edge_skipped_samples, 0u);
 }
 
 TEST(SpectralScan, EdgeSkipIsCappedAtHalfTheSpareLength) {
@@ -172,7 +173,8 @@ TEST(SpectralScan, EdgeSkipIsCappedAtHalfTheSpareLength) {
     const Pair p = noisy_pair(kFrames, 17);
     const SpectralSettings s = with_edges(10000);
     expect_scan(p, 0, s, {1988});
-    EXPECT_EQ(spectral_scan(p.ref, p.dut, 0, s).channel[0].edge_skipped_samples, 1988u);
+    EXPECT_EQ(spectral_scan(aligned_pair(p.ref, p.dut, 0), s).channel[0].edge_skipped_samples,
+              1988u);
 }
 
 TEST(SpectralScan, NegativeEdgeSkipCountsAsZero) {
@@ -180,7 +182,7 @@ TEST(SpectralScan, NegativeEdgeSkipCountsAsZero) {
     const Pair p = noisy_pair(kFrames, 19);
     const SpectralSettings s = with_edges(-50);
     expect_scan(p, 0, s, starts(0, 512, 8, {3976}));
-    EXPECT_EQ(spectral_scan(p.ref, p.dut, 0, s).channel[0].edge_skipped_samples, 0u);
+    EXPECT_EQ(spectral_scan(aligned_pair(p.ref, p.dut, 0), s).channel[0].edge_skipped_samples, 0u);
 }
 
 TEST(SpectralScan, TailFrameCoversTheEndOfTheOverlap) {
@@ -190,14 +192,14 @@ TEST(SpectralScan, TailFrameCoversTheEndOfTheOverlap) {
     std::copy(ref.begin(), ref.begin() + 4700, dut.begin());
     const Pair p{spectral_wav({ref}), spectral_wav({dut})};
     const SpectralChannelResult with_tail =
-        spectral_scan(p.ref, p.dut, 0, with_edges(0)).channel[0];
+        spectral_scan(aligned_pair(p.ref, p.dut, 0), with_edges(0)).channel[0];
     EXPECT_EQ(with_tail.frames_scanned, 9u);
     EXPECT_GT(with_tail.worst_ratio, 0.0);
     EXPECT_EQ(with_tail.worst_frame_start, 3976u);
     // Without edge handling no frame reaches them; every ratio is 0 and the first frame's
     // first compared bin stays the worst.
     const SpectralChannelResult plain =
-        spectral_scan(p.ref, p.dut, 0, continuous(kN, 0.5)).channel[0];
+        spectral_scan(aligned_pair(p.ref, p.dut, 0), continuous(kN, 0.5)).channel[0];
     EXPECT_EQ(plain.frames_scanned, 8u);
     EXPECT_EQ(plain.worst_ratio, 0.0);
     EXPECT_EQ(plain.worst_frame_start, 0u);
@@ -207,7 +209,8 @@ TEST(SpectralScan, TailFrameCoversTheEndOfTheOverlap) {
 TEST(SpectralScan, SilentReferenceGatesEveryFrame) {
     const WavFile ref = spectral_wav({spectral_silence(kFrames)});
     const WavFile dut = spectral_wav({with_noise(spectral_silence(kFrames), 29)});
-    const SpectralChannelResult c = spectral_scan(ref, dut, 0, continuous(kN, 0.5)).channel[0];
+    const SpectralChannelResult c =
+        spectral_scan(aligned_pair(ref, dut, 0), continuous(kN, 0.5)).channel[0];
     EXPECT_EQ(c.frames_scanned, 8u);
     EXPECT_EQ(c.frames_gated, 8u);
     EXPECT_TRUE(c.frame_gated);
@@ -223,7 +226,8 @@ TEST(SpectralScan, SilentReferenceGatesEveryFrame) {
 
 TEST(SpectralScan, ShortOverlapIsInsufficient) {
     const WavFile short_ref = spectral_wav({multitone(1000)});
-    const SpectralScanResult r = spectral_scan(short_ref, short_ref, 0, continuous(kN, 0.5));
+    const SpectralScanResult r =
+        spectral_scan(aligned_pair(short_ref, short_ref, 0), continuous(kN, 0.5));
     EXPECT_TRUE(r.channel[0].insufficient_samples);
     EXPECT_EQ(r.channel[0].frames_scanned, 0u);
     EXPECT_EQ(r.channel[0].bins_compared, 0u);
@@ -232,11 +236,11 @@ TEST(SpectralScan, ShortOverlapIsInsufficient) {
     // Offset 3500 on 4096-frame files leaves 596 frames.
     const WavFile file = spectral_wav({multitone(4096)});
     const SpectralChannelResult c =
-        spectral_scan(file, file, 3500, spectral_test_settings(kN)).channel[0];
+        spectral_scan(aligned_pair(file, file, 3500), spectral_test_settings(kN)).channel[0];
     EXPECT_TRUE(c.insufficient_samples);
     EXPECT_EQ(c.frames_scanned, 0u);
     EXPECT_TRUE(c.passed);
-    EXPECT_FALSE(spectral_scan(file, file, 3072, spectral_test_settings(kN))
+    EXPECT_FALSE(spectral_scan(aligned_pair(file, file, 3072), spectral_test_settings(kN))
                      .channel[0]
                      .insufficient_samples);
 }
@@ -245,7 +249,7 @@ TEST(SpectralScan, StereoChannelFailsOnItsOwn) {
     const std::vector<double> tones = multitone(kFrames);
     const WavFile ref = spectral_wav({tones, tones});
     const WavFile dut = spectral_wav({tones, spectral_scaled(tones, std::pow(10.0, 3.0 / 20.0))});
-    const SpectralScanResult r = spectral_scan(ref, dut, 0, continuous(kN, 0.5));
+    const SpectralScanResult r = spectral_scan(aligned_pair(ref, dut, 0), continuous(kN, 0.5));
     EXPECT_EQ(r.channels, 2u);
     EXPECT_TRUE(r.channel[0].passed);
     EXPECT_EQ(r.channel[0].p99_ratio, 0.0);
@@ -259,7 +263,7 @@ TEST(SpectralScan, StereoChannelFailsOnItsOwn) {
 
 TEST(SpectralScan, MonoLeavesTheSecondChannelUntouched) {
     const Pair p = noisy_pair(kFrames, 31);
-    const SpectralScanResult r = spectral_scan(p.ref, p.dut, 0, continuous(kN, 0.5));
+    const SpectralScanResult r = spectral_scan(aligned_pair(p.ref, p.dut, 0), continuous(kN, 0.5));
     EXPECT_EQ(r.channels, 1u);
     EXPECT_EQ(r.channel[0].frames_scanned, 8u);
     const SpectralChannelResult& c = r.channel[1];
@@ -271,7 +275,7 @@ TEST(SpectralScan, MonoLeavesTheSecondChannelUntouched) {
 
 TEST(SpectralScan, ReferenceWithoutChannelsPasses) {
     const WavFile none = spectral_wav({});
-    const SpectralScanResult r = spectral_scan(none, none, 0, continuous(kN, 0.5));
+    const SpectralScanResult r = spectral_scan(aligned_pair(none, none, 0), continuous(kN, 0.5));
     EXPECT_EQ(r.channels, 0u);
     EXPECT_TRUE(r.passed);
     EXPECT_EQ(r.channel[0].frames_scanned, 0u);
@@ -304,7 +308,8 @@ TEST(SpectralScan, WorstBinKeepsTheEarliestOfEqualFrames) {
         dut[i] *= gain;
     }
     const Pair p{spectral_wav({ref}), spectral_wav({dut})};
-    const SpectralChannelResult c = spectral_scan(p.ref, p.dut, 0, continuous(kN, 0.0)).channel[0];
+    const SpectralChannelResult c =
+        spectral_scan(aligned_pair(p.ref, p.dut, 0), continuous(kN, 0.0)).channel[0];
     EXPECT_EQ(c.frames_scanned, 6u);
     EXPECT_EQ(c.worst_frame_start, 2048u);
     EXPECT_EQ(c.chart_frame_start, 2048u);
@@ -327,7 +332,9 @@ TEST(SpectralScan, ChartKeepsTheSixteenLoudestPeaksInBinOrder) {
         dut[i] *= std::pow(10.0, 0.5 / 20.0);
     }
     const SpectralChannelResult c =
-        spectral_scan(spectral_wav({ref}), spectral_wav({dut}), 0, continuous(kN, 0.0)).channel[0];
+        spectral_scan(aligned_pair(spectral_wav({ref}), spectral_wav({dut}), 0),
+                      continuous(kN, 0.0))
+            .channel[0];
     EXPECT_EQ(c.chart_frame_start, 1024u);
     EXPECT_EQ(c.worst_frame_start, 1024u);
     EXPECT_EQ(c.worst_tolerance_db, 1.0);
@@ -344,7 +351,7 @@ TEST(SpectralScan, ChartKeepsTheSixteenLoudestPeaksInBinOrder) {
 TEST(SpectralScan, FailedAllocationLeavesAnEmptyPassingChannel) {
     const Pair p = noisy_pair(kFrames, 37);
     spectral_fail_nothrow_arrays(true);
-    const SpectralScanResult r = spectral_scan(p.ref, p.dut, 0, with_edges(600));
+    const SpectralScanResult r = spectral_scan(aligned_pair(p.ref, p.dut, 0), with_edges(600));
     spectral_fail_nothrow_arrays(false);
     const SpectralChannelResult& c = r.channel[0];
     EXPECT_TRUE(c.passed);
@@ -353,7 +360,9 @@ TEST(SpectralScan, FailedAllocationLeavesAnEmptyPassingChannel) {
     EXPECT_EQ(c.edge_skipped_samples, 0u);
     EXPECT_EQ(c.bins_compared, 0u);
     EXPECT_TRUE(r.passed);
-    EXPECT_EQ(spectral_scan(p.ref, p.dut, 0, with_edges(600)).channel[0].frames_scanned, 7u);
+    EXPECT_EQ(
+        spectral_scan(aligned_pair(p.ref, p.dut, 0), with_edges(600)).channel[0].frames_scanned,
+        7u);
 }
 
 // A logarithmic sweep from 20 Hz to 20 kHz over `frames` frames at 48 kHz, amplitude 0.5, and its
@@ -410,13 +419,13 @@ TEST(SpectralScan, SweepWithAnOctaveDipFails) {
     }
     const WavFile ref = spectral_wav({sweep.samples});
     const SpectralSettings s = sweep_settings();
-    const SpectralScanResult same = spectral_scan(ref, ref, 0, s);
+    const SpectralScanResult same = spectral_scan(aligned_pair(ref, ref, 0), s);
     EXPECT_EQ(same.channel[0].frames_scanned, 89u);
     EXPECT_EQ(same.channel[0].edge_skipped_samples, 4096u);
     EXPECT_EQ(same.channel[0].frames_gated, 0u);
     EXPECT_EQ(same.channel[0].p99_ratio, 0.0);
     EXPECT_TRUE(same.passed);
-    const SpectralScanResult dipped = spectral_scan(ref, spectral_wav({dut}), 0, s);
+    const SpectralScanResult dipped = spectral_scan(aligned_pair(ref, spectral_wav({dut}), 0), s);
     const SpectralChannelResult& c = dipped.channel[0];
     EXPECT_FALSE(dipped.passed);
     EXPECT_FALSE(c.passed);

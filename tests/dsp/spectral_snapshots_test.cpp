@@ -83,7 +83,7 @@ TEST(SpectralSnapshots, OneSnapshotSitsInTheMiddle) {
     // Centre (21012 + 1000) / 2 = 11006, start 11006 - 512.
     const Pair p = plain_pair();
     const SpectralSnapshotsResult r =
-        spectral_snapshots(p.ref, p.dut, kOffset, spectral_test_settings(kN), {}, 1);
+        spectral_snapshots(aligned_pair(p.ref, p.dut, kOffset), spectral_test_settings(kN), {}, 1);
     ASSERT_EQ(r.snapshots.size(), 1u);
     EXPECT_EQ(r.snapshots[0].start_frame, 10494u);
     EXPECT_EQ(r.snapshots[0].time_sec, 11006.0 / 48000.0);
@@ -102,7 +102,8 @@ TEST(SpectralSnapshots, CountSpreadsSnapshotsInsideTheMargins) {
     s.overlap_fraction = 0.5;
     s.edge_handling = true;
     s.edge_skip_samples = 600;
-    const SpectralSnapshotsResult r = spectral_snapshots(p.ref, p.dut, kOffset, s, {}, 5);
+    const SpectralSnapshotsResult r =
+        spectral_snapshots(aligned_pair(p.ref, p.dut, kOffset), s, {}, 5);
     EXPECT_EQ(starts_of(r), (std::vector<std::uint64_t>{1489, 5992, 10494, 14997, 19499}));
     const std::vector<double> centres{2001.0, 6504.0, 11006.0, 15509.0, 20011.0};
     for (std::size_t i = 0; i < r.snapshots.size(); ++i) {
@@ -119,7 +120,7 @@ TEST(SpectralSnapshots, CountClampsStartsToTheOverlap) {
     // 1024.
     const WavFile file = spectral_wav({multitone(1100)});
     const SpectralSnapshotsResult r =
-        spectral_snapshots(file, file, 0, spectral_test_settings(kN), {}, 3);
+        spectral_snapshots(aligned_pair(file, file, 0), spectral_test_settings(kN), {}, 3);
     EXPECT_EQ(starts_of(r), (std::vector<std::uint64_t>{0, 38, 76}));
     EXPECT_EQ(r.snapshots[0].time_sec, 512.0 / 48000.0);
     EXPECT_EQ(r.snapshots[2].time_sec, 588.0 / 48000.0);
@@ -132,8 +133,8 @@ TEST(SpectralSnapshots, TimesAreClampedToTheOverlap) {
     const Pair p = plain_pair();
     const std::vector<double> times{
         -1.0, 0.25, 1e300, 0.4375, std::numeric_limits<double>::quiet_NaN(), -1e300};
-    const SpectralSnapshotsResult r =
-        spectral_snapshots(p.ref, p.dut, kOffset, spectral_test_settings(kN), times, 3);
+    const SpectralSnapshotsResult r = spectral_snapshots(aligned_pair(p.ref, p.dut, kOffset),
+                                                         spectral_test_settings(kN), times, 3);
     EXPECT_EQ(starts_of(r), (std::vector<std::uint64_t>{1000, 11488, 19988, 19988, 1000, 1000}));
     EXPECT_EQ(r.snapshots[0].time_sec, 1512.0 / 48000.0);
     EXPECT_EQ(r.snapshots[1].time_sec, 0.25);
@@ -146,7 +147,7 @@ TEST(SpectralSnapshots, GatedSnapshotPassesOnItsOwn) {
     const std::vector<double> ref = scaled_range(multitone(kRefFrames), 9000, 12500, 0.0);
     const Pair p = mono_pair(ref, ref);
     const SpectralSnapshotsResult r =
-        spectral_snapshots(p.ref, p.dut, kOffset, spectral_test_settings(kN), {}, 5);
+        spectral_snapshots(aligned_pair(p.ref, p.dut, kOffset), spectral_test_settings(kN), {}, 5);
     ASSERT_EQ(r.snapshots.size(), 5u);
     const SpectralChannelResult& gated = r.snapshots[2].channel[0];
     EXPECT_TRUE(gated.frame_gated);
@@ -168,7 +169,7 @@ TEST(SpectralSnapshots, FailingSnapshotFailsTheCheck) {
     const std::vector<double> ref = multitone(kRefFrames);
     const Pair p = mono_pair(ref, scaled_range(ref, 14000, 16500, std::pow(10.0, 3.0 / 20.0)));
     const SpectralSnapshotsResult r =
-        spectral_snapshots(p.ref, p.dut, kOffset, spectral_test_settings(kN), {}, 5);
+        spectral_snapshots(aligned_pair(p.ref, p.dut, kOffset), spectral_test_settings(kN), {}, 5);
     ASSERT_EQ(r.snapshots.size(), 5u);
     for (std::size_t i = 0; i < 5; ++i) {
         EXPECT_EQ(r.snapshots[i].channel[0].passed, i != 3) << "snapshot " << i;
@@ -184,7 +185,7 @@ TEST(SpectralSnapshots, StereoRecordsAreJudgedPerChannel) {
     const Pair p{spectral_wav({ref, ref}),
                  spectral_wav({dut_channel(ref, 41), dut_channel(louder, 43)})};
     const SpectralSnapshotsResult r =
-        spectral_snapshots(p.ref, p.dut, kOffset, spectral_test_settings(kN), {}, 5);
+        spectral_snapshots(aligned_pair(p.ref, p.dut, kOffset), spectral_test_settings(kN), {}, 5);
     EXPECT_EQ(r.channels, 2u);
     for (std::size_t i = 0; i < r.snapshots.size(); ++i) {
         EXPECT_TRUE(r.snapshots[i].channel[0].passed);
@@ -198,7 +199,7 @@ TEST(SpectralSnapshots, StereoRecordsAreJudgedPerChannel) {
 TEST(SpectralSnapshots, MonoLeavesTheSecondChannelUntouched) {
     const Pair p = plain_pair();
     const SpectralSnapshotsResult r =
-        spectral_snapshots(p.ref, p.dut, kOffset, spectral_test_settings(kN), {}, 5);
+        spectral_snapshots(aligned_pair(p.ref, p.dut, kOffset), spectral_test_settings(kN), {}, 5);
     ASSERT_EQ(r.snapshots.size(), 5u);
     for (const SpectralSnapshot& snap : r.snapshots) {
         EXPECT_EQ(snap.channel[0].frames_scanned, 1u);
@@ -212,14 +213,14 @@ TEST(SpectralSnapshots, ShortOverlapGivesNoSnapshots) {
     const Pair p = plain_pair();
     // Offset 20500: the DUT's 20012 frames line up with no reference frame.
     const SpectralSnapshotsResult r =
-        spectral_snapshots(p.ref, p.dut, 20500, spectral_test_settings(kN), {}, 5);
+        spectral_snapshots(aligned_pair(p.ref, p.dut, 20500), spectral_test_settings(kN), {}, 5);
     EXPECT_TRUE(r.insufficient_samples);
     EXPECT_TRUE(r.snapshots.empty());
     EXPECT_TRUE(r.passed);
     const WavFile short_file = spectral_wav({multitone(1000)});
     const std::vector<double> times{0.01};
-    const SpectralSnapshotsResult s =
-        spectral_snapshots(short_file, short_file, 0, spectral_test_settings(kN), times, 0);
+    const SpectralSnapshotsResult s = spectral_snapshots(aligned_pair(short_file, short_file, 0),
+                                                         spectral_test_settings(kN), times, 0);
     EXPECT_TRUE(s.insufficient_samples);
     EXPECT_TRUE(s.snapshots.empty());
     EXPECT_TRUE(s.passed);
@@ -228,7 +229,7 @@ TEST(SpectralSnapshots, ShortOverlapGivesNoSnapshots) {
 TEST(SpectralSnapshots, ReferenceWithoutChannelsPasses) {
     const WavFile none = spectral_wav({});
     const SpectralSnapshotsResult r =
-        spectral_snapshots(none, none, 0, spectral_test_settings(kN), {}, 5);
+        spectral_snapshots(aligned_pair(none, none, 0), spectral_test_settings(kN), {}, 5);
     EXPECT_TRUE(r.snapshots.empty());
     EXPECT_FALSE(r.insufficient_samples);
     EXPECT_TRUE(r.passed);
@@ -239,7 +240,7 @@ TEST(SpectralSnapshots, FailedAllocationLeavesEmptyPassingRecords) {
     const Pair p = mono_pair(ref, scaled_range(ref, 0, kRefFrames, 2.0));
     spectral_fail_nothrow_arrays(true);
     const SpectralSnapshotsResult r =
-        spectral_snapshots(p.ref, p.dut, kOffset, spectral_test_settings(kN), {}, 2);
+        spectral_snapshots(aligned_pair(p.ref, p.dut, kOffset), spectral_test_settings(kN), {}, 2);
     spectral_fail_nothrow_arrays(false);
     ASSERT_EQ(r.snapshots.size(), 2u);
     EXPECT_EQ(r.snapshots[1].start_frame, 19499u);
@@ -250,7 +251,8 @@ TEST(SpectralSnapshots, FailedAllocationLeavesEmptyPassingRecords) {
     EXPECT_TRUE(r.passed);
     // With memory the doubled DUT fails.
     EXPECT_FALSE(
-        spectral_snapshots(p.ref, p.dut, kOffset, spectral_test_settings(kN), {}, 2).passed);
+        spectral_snapshots(aligned_pair(p.ref, p.dut, kOffset), spectral_test_settings(kN), {}, 2)
+            .passed);
 }
 
 } // namespace
