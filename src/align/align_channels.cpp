@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -18,9 +19,10 @@ struct ChannelMeasurement {
     std::uint64_t failed_bytes = 0;
 };
 
-// sqrt(sum x^2 / frames); an empty channel has no level and counts as RMS 0 (so as silent).
+// sqrt(sum x^2 / frames). An empty channel has no level: its RMS is undefined (NaN), so it never
+// counts as silent, and with its correlation of 0 it fails the confidence test.
 double rms(const ChannelView& x) {
-    if (x.size == 0) return 0.0;
+    if (x.size == 0) return std::numeric_limits<double>::quiet_NaN();
     double sum = 0.0;
     for (std::size_t i = 0; i < x.size; ++i) {
         const double v = view_at(x, i);

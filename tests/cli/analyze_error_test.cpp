@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+
 namespace {
 
 struct ErrorRun {
@@ -116,6 +118,39 @@ TEST(AnalyzeErrors, InvertedDutFailsAlignmentWithItsExplanation) {
     EXPECT_EQ(run.exit_status, 1);
     EXPECT_EQ(run.err, "Aligning...\nerror: " + message + "\n" + r.wrote_line());
     EXPECT_EQ(read_text_file(r.json), r.error_json(message));
+}
+
+// A file with a valid header and an empty data chunk has no level and nothing to line up: the
+// alignment fails and the run ends with the ERROR report.
+void expect_empty_input_error(std::size_t ref_frames, std::size_t dut_frames) {
+    const ErrorRun r;
+    write_wav(r.ref, 48000, 1, test_noise(13, ref_frames));
+    write_wav(r.dut, 48000, 1, test_noise(14, dut_frames));
+    const ProcessOutput run = r.run({"--json"});
+    const std::string message =
+        "alignment failed -- no consistent match (correlation 0.0000, needs 0.9000) in the whole "
+        "file, its first and last stretch, or a wider search. The files may not contain the same "
+        "audio, or the DUT is too heavily changed to line up. Check that you gave the right pair.";
+    EXPECT_EQ(run.exit_status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "Aligning...\nerror: " + message + "\n" + r.wrote_line());
+    EXPECT_EQ(read_text_file(r.json), r.error_json(message));
+    const std::string page = read_text_file(r.html);
+    EXPECT_NE(page.find("<title>Run Error -- Sonalyx Report</title>"), std::string::npos);
+    EXPECT_NE(page.find("<p class=\"run-error\">alignment failed -- no consistent match"),
+              std::string::npos);
+}
+
+TEST(AnalyzeErrors, AnEmptyReferenceFailsTheAlignment) {
+    expect_empty_input_error(0, 4800);
+}
+
+TEST(AnalyzeErrors, AnEmptyDutFailsTheAlignment) {
+    expect_empty_input_error(4800, 0);
+}
+
+TEST(AnalyzeErrors, TwoEmptyFilesFailTheAlignment) {
+    expect_empty_input_error(0, 0);
 }
 
 TEST(AnalyzeErrors, WithoutJsonOnlyTheErrorPageIsWritten) {
