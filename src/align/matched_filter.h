@@ -1,5 +1,6 @@
-// The matched filter: correlates a signal with a short template through the FFT and rates the
-// best lag by its peak-to-sidelobe ratio (PSR).
+// The matched filter: correlates a signal with a short template by the same blocked FFT
+// correlation as the alignment, at the lags where the template lies wholly inside the signal, and
+// rates the best lag by its peak-to-sidelobe ratio (PSR).
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,8 @@
 // The matched filter: agreement with a direct correlation on small random inputs, the first-wins
 // tie rule, the signed peak, the excluded neighbourhood (including K < 5) and degenerate sizes.
+#include "align/correlation_plan.h"
 #include "align/matched_filter.h"
+#include "align/window_correlation.h"
 #include "support/signal_gen.h"
 
 #include <gtest/gtest.h>
@@ -53,6 +55,35 @@ TEST(MatchedFilter, AgreesWithDirectCorrelationOnSmallRandomData) {
         EXPECT_NEAR(fast.psr, slow.psr, 1e-9 * slow.psr) << "trial " << trial;
         EXPECT_NEAR(fast.peak, slow.peak, 1e-9 * std::fabs(slow.peak)) << "trial " << trial;
     }
+}
+
+// A template nearly as long as the signal makes the search window narrow enough for the plan to
+// cut the signal into blocks; every lag still agrees with the direct sum.
+TEST(MatchedFilter, AgreesWithDirectCorrelationAcrossBlocks) {
+    const std::vector<double> t = signal_uniform(21, 66000, -1.0, 1.0);
+    std::vector<double> s = signal_uniform(22, 70000, -0.5, 0.5);
+    for (std::size_t j = 0; j < t.size(); ++j)
+        s[1234 + j] += t[j];
+    const LagWindow window{0, static_cast<std::int64_t>(s.size() - t.size())};
+    ASSERT_LT(plan_blocks(s.size(), t.size(), window).block, s.size());
+    const MatchedFilterResult fast = matched_filter(s, t);
+    const MatchedFilterResult slow = direct_matched_filter(s, t);
+    ASSERT_EQ(fast.index, 1234u);
+    ASSERT_EQ(fast.index, slow.index);
+    EXPECT_NEAR(fast.psr, slow.psr, 1e-9 * slow.psr);
+    EXPECT_NEAR(fast.peak, slow.peak, 1e-9 * std::fabs(slow.peak));
+}
+
+// The filter's correlations are the alignment's window sums over the lags 0 ... n - m, bit for bit.
+TEST(MatchedFilter, PeakIsTheWindowCorrelationSum) {
+    const std::vector<double> t = signal_uniform(23, 300, -1.0, 1.0);
+    const std::vector<double> s = signal_uniform(24, 5000, -1.0, 1.0);
+    const LagWindow window{0, static_cast<std::int64_t>(s.size() - t.size())};
+    const WindowSums sums =
+        correlate_window(view_of(s), view_of(t), window, plan_blocks(s.size(), t.size(), window));
+    ASSERT_NE(sums.c, nullptr);
+    const MatchedFilterResult r = matched_filter(s, t);
+    EXPECT_EQ(r.peak, sums.c[r.index]);
 }
 
 TEST(MatchedFilter, FindsAnEmbeddedTemplateAtItsLag) {
