@@ -1,5 +1,6 @@
 // The grid of the waveform envelope chart: value lines with their labels, and time divisions with
 // their time labels.
+#include "audio/numeric.h"
 #include "report/chart_scales.h"
 #include "report/envelope_parts.h"
 
@@ -54,7 +55,7 @@ bool append_amplitude_grid(TextBuffer& page) {
 // 1:00) when the view ends at 60 s or later, else "%.1fs".
 bool append_time_label(TextBuffer& page, double seconds, bool minutes) {
     if (!minutes) return text_append_format(page, "%.1fs", seconds);
-    const long long whole = std::llround(seconds);
+    const long long whole = static_cast<long long>(round_half_away_from_zero(seconds));
     return text_append_format(page, "%d:%02d", static_cast<int>(whole / 60),
                               static_cast<int>(whole % 60));
 }

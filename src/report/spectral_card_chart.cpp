@@ -1,9 +1,9 @@
 #include "report/spectral_card.h"
 
+#include "audio/numeric.h"
 #include "report/spectral_chart.h"
 
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <optional>
@@ -62,7 +62,7 @@ bool append_record_spectra(TextBuffer& page, const ReportInputs& in,
 } // namespace
 
 std::string spectral_position_text(double seconds) {
-    const long long tenths = std::llround(seconds * 10.0);
+    const long long tenths = static_cast<long long>(round_half_away_from_zero(seconds * 10.0));
     const long long minutes = tenths / 600;
     const double rest = static_cast<double>(tenths - minutes * 600) / 10.0;
     std::array<char, 64> text{};
