@@ -14,12 +14,6 @@
 
 namespace {
 
-// The plot reads the defaults file's spectral settings, else their defaults for this file as the
-// spectral check would pick them.
-const SettingValue& plot_setting(const ResolvedTable& settings, SettingId id) {
-    return settings[setting_index(id)].value;
-}
-
 // Writes the page and, with --json, its JSON file as one set.
 bool write_plot_outputs(const PlotOptions& options, const OutputPaths& paths,
                         const PlotData& plot) {
@@ -67,10 +61,12 @@ int run_plot_command(std::span<char* const> args) {
     PlotData plot;
     plot.input_path = options.input_path;
     plot.file = &file;
+    // The defaults file's spectral settings, else their defaults for this file as the spectral
+    // check would pick them.
     const ResolvedTable settings =
         resolve_from_files({}, defaults, {file.sample_rate, file.frames});
-    plot.fft_size =
-        static_cast<std::size_t>(plot_setting(settings, SettingId::spectral_fft_size).integer);
+    plot.fft_size = static_cast<std::size_t>(
+        resolved_setting(settings, SettingId::spectral_fft_size).value.integer);
     if (!fft_size_supported(plot.fft_size)) {
         std::fprintf(stderr,
                      "error: spectral_fidelity.fft_size %zu not supported -- must be one of 1024, "
@@ -78,7 +74,8 @@ int run_plot_command(std::span<char* const> args) {
                      plot.fft_size);
         return 1;
     }
-    plot.noise_floor_db = plot_setting(settings, SettingId::spectral_noise_floor_db).number;
+    plot.noise_floor_db =
+        resolved_setting(settings, SettingId::spectral_noise_floor_db).value.number;
     const TesterInfo tester = tester_info_from(defaults);
     plot.tester = &tester;
     build_plot_figures(file, plot.fft_size, plot.figures);

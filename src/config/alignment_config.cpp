@@ -8,7 +8,7 @@
 namespace {
 
 template <typename T> void take(const ResolvedTable& table, SettingId id, Resolved<T>& out) {
-    unpack_resolved(table[setting_index(id)], out);
+    unpack_resolved(resolved_setting(table, id), out);
 }
 
 } // namespace

@@ -29,12 +29,8 @@ constexpr std::array<ForcedSwitch, 10> kForcedSwitches = {{
     {&CommandLineSettings::loudness, SettingId::loudness_gates_overall, true},
 }};
 
-Resolved<SettingValue>& at(ResolvedTable& table, SettingId id) {
-    return table[setting_index(id)];
-}
-
 void force(ResolvedTable& table, SettingId id, SettingValue value) {
-    at(table, id) = {true, std::move(value), SettingSource::command_line};
+    resolved_setting(table, id) = {true, std::move(value), SettingSource::command_line};
 }
 
 void apply_command_line(const CommandLineSettings& command_line, ResolvedTable& table) {
@@ -56,9 +52,10 @@ void apply_command_line(const CommandLineSettings& command_line, ResolvedTable& 
 // A sweep scans continuously unless snapshots are configured; only the built-in default turns
 // true, a file's explicit value is kept.
 void imply_continuous_scan(ResolvedTable& table) {
-    Resolved<SettingValue>& continuous = at(table, SettingId::spectral_continuous);
-    const bool sweep = is_sweep_profile(at(table, SettingId::spectral_profile).value.text);
-    if (!continuous.set && sweep && !at(table, SettingId::spectral_snapshots).set)
+    Resolved<SettingValue>& continuous = resolved_setting(table, SettingId::spectral_continuous);
+    const bool sweep =
+        is_sweep_profile(resolved_setting(table, SettingId::spectral_profile).value.text);
+    if (!continuous.set && sweep && !resolved_setting(table, SettingId::spectral_snapshots).set)
         continuous = {true, boolean_setting(true), SettingSource::sweep_profile};
 }
 
@@ -79,7 +76,7 @@ void fill_gating_labels(AnalysisConfig& out) {
 void store_analysis_settings(const ResolvedTable& table, AnalysisConfig& out) {
     out = AnalysisConfig{};
     for (const SettingEntry& entry : setting_table()) {
-        if (entry.slot != nullptr) entry.slot->store(out, table[setting_index(entry.id)]);
+        if (entry.slot != nullptr) entry.slot->store(out, resolved_setting(table, entry.id));
     }
     SpectralFidelityConfig& spectral = out.spectral_fidelity;
     SpectralProfile profile = SpectralProfile::freq_domain_multitone;
@@ -94,7 +91,7 @@ ResolvedTable resolve_from_files(const SettingsFile& config_file, const Settings
                                  const ResolveContext& context) {
     ResolvedTable table;
     for (const SettingEntry& entry : setting_table()) {
-        Resolved<SettingValue>& out = at(table, entry.id);
+        Resolved<SettingValue>& out = resolved_setting(table, entry.id);
         if (const auto& value = file_setting(config_file, entry.id)) {
             out = {true, *value, SettingSource::config_file};
         } else if (const auto& fallback = file_setting(defaults_file, entry.id)) {

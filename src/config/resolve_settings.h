@@ -13,6 +13,14 @@
 
 using ResolvedTable = std::array<Resolved<SettingValue>, kSettingCount>;
 
+inline const Resolved<SettingValue>& resolved_setting(const ResolvedTable& table, SettingId id) {
+    return table[setting_index(id)];
+}
+
+inline Resolved<SettingValue>& resolved_setting(ResolvedTable& table, SettingId id) {
+    return table[setting_index(id)];
+}
+
 // What the defaults depend on: the sample rate, and the frame count ref and DUT share after
 // alignment (which sizes the default fft_size).
 struct ResolveContext {

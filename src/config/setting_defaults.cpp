@@ -37,10 +37,6 @@ Resolved<SettingValue> fft_size(const SettingEntry& entry, const ResolveContext&
     return out;
 }
 
-const Resolved<SettingValue>& resolved_setting(const ResolvedTable& resolved, SettingId id) {
-    return resolved[setting_index(id)];
-}
-
 } // namespace
 
 std::size_t default_fft_size(std::uint32_t sample_rate, std::size_t shared_frames) {

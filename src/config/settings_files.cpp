@@ -36,8 +36,9 @@ bool load_defaults_file(const std::string& path, SettingsFile& out) {
     SettingsFile settings;
     // Both top-level searches take the first occurrence in the whole text, so an
     // analysis.general written before the top-level general is read as the tester section.
-    read_scope(text, SettingScope::tester, settings);
-    read_scope(text, SettingScope::alignment, settings);
+    if (!read_scope(text, SettingScope::tester, settings) ||
+        !read_scope(text, SettingScope::alignment, settings))
+        return false;
     std::string analysis;
     if (find_section(text, "analysis", analysis) &&
         !read_scope(analysis, SettingScope::analysis, settings)) {
