@@ -9,24 +9,36 @@
 
 namespace {
 
-// A flag that forces one switch.
+// A flag that forces one switch. For the gating switches and bit_accuracy.enabled the record
+// also keeps the label of the source that decided, the flag's own text when it was the flag.
 struct ForcedSwitch {
     bool CommandLineSettings::*flag;
     SettingId id;
     bool value;
+    const char* text;
+    const char* GatingLabels::*label;
 };
 
 constexpr std::array<ForcedSwitch, 10> kForcedSwitches = {{
-    {&CommandLineSettings::levelfidelity_ref_only, SettingId::level_fidelity_gates_overall, false},
-    {&CommandLineSettings::artifact_ref_only, SettingId::artifact_gates_overall, false},
-    {&CommandLineSettings::no_distortion, SettingId::distortion_enabled, false},
-    {&CommandLineSettings::bitexact, SettingId::bit_exact_gates_overall, true},
-    {&CommandLineSettings::no_bitexact, SettingId::bit_exact_enabled, false},
-    {&CommandLineSettings::bitaccuracy, SettingId::bit_accuracy_enabled, true},
-    {&CommandLineSettings::deepscan, SettingId::time_domain_enabled, true},
-    {&CommandLineSettings::impulse, SettingId::impulse_template_enabled, true},
-    {&CommandLineSettings::no_loudness, SettingId::loudness_enabled, false},
-    {&CommandLineSettings::loudness, SettingId::loudness_gates_overall, true},
+    {&CommandLineSettings::levelfidelity_ref_only, SettingId::level_fidelity_gates_overall, false,
+     "--levelfidelity-ref-only", &GatingLabels::level_fidelity},
+    {&CommandLineSettings::artifact_ref_only, SettingId::artifact_gates_overall, false,
+     "--artifact-ref-only", &GatingLabels::artifact},
+    {&CommandLineSettings::no_distortion, SettingId::distortion_enabled, false, "--no-distortion",
+     nullptr},
+    {&CommandLineSettings::bitexact, SettingId::bit_exact_gates_overall, true, "--bitexact",
+     &GatingLabels::bit_exact},
+    {&CommandLineSettings::no_bitexact, SettingId::bit_exact_enabled, false, "--no-bitexact",
+     nullptr},
+    {&CommandLineSettings::bitaccuracy, SettingId::bit_accuracy_enabled, true, "--bitaccuracy",
+     &GatingLabels::bit_accuracy},
+    {&CommandLineSettings::deepscan, SettingId::time_domain_enabled, true, "--deepscan", nullptr},
+    {&CommandLineSettings::impulse, SettingId::impulse_template_enabled, true, "--impulse",
+     nullptr},
+    {&CommandLineSettings::no_loudness, SettingId::loudness_enabled, false, "--no-loudness",
+     nullptr},
+    {&CommandLineSettings::loudness, SettingId::loudness_gates_overall, true, "--loudness",
+     &GatingLabels::loudness},
 }};
 
 void force(ResolvedTable& table, SettingId id, SettingValue value) {
@@ -59,18 +71,13 @@ void imply_continuous_scan(ResolvedTable& table) {
         continuous = {true, boolean_setting(true), SettingSource::sweep_profile};
 }
 
-// The flag's own text when the command line decided, else the source's label.
-const char* gating_label(SettingSource source, const char* flag) {
-    return source == SettingSource::command_line ? flag : setting_source_label(source);
-}
-
-void fill_gating_labels(AnalysisConfig& out) {
-    out.gating.level_fidelity =
-        gating_label(out.level_fidelity.gates_overall.source, "--levelfidelity-ref-only");
-    out.gating.artifact = gating_label(out.artifact.gates_overall.source, "--artifact-ref-only");
-    out.gating.loudness = gating_label(out.loudness.gates_overall.source, "--loudness");
-    out.gating.bit_exact = gating_label(out.bit_exact.gates_overall.source, "--bitexact");
-    out.gating.bit_accuracy = gating_label(out.bit_accuracy.enabled.source, "--bitaccuracy");
+void fill_gating_labels(const ResolvedTable& table, GatingLabels& out) {
+    for (const ForcedSwitch& forced : kForcedSwitches) {
+        if (forced.label == nullptr) continue;
+        const SettingSource source = resolved_setting(table, forced.id).source;
+        out.*forced.label =
+            source == SettingSource::command_line ? forced.text : setting_source_label(source);
+    }
 }
 
 void store_analysis_settings(const ResolvedTable& table, AnalysisConfig& out) {
@@ -82,7 +89,7 @@ void store_analysis_settings(const ResolvedTable& table, AnalysisConfig& out) {
     SpectralProfile profile = SpectralProfile::freq_domain_multitone;
     spectral.parsed_profile.reset();
     if (parse_spectral_profile(spectral.profile.value, profile)) spectral.parsed_profile = profile;
-    fill_gating_labels(out);
+    fill_gating_labels(table, out.gating);
 }
 
 } // namespace
