@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "config/message_format.h"
 #include "config/setting_table.h"
 
 namespace {
@@ -19,57 +18,9 @@ bool row_shown(CardShown shown, const Resolved<SettingValue>& setting) {
     return !setting.value.bands.empty();
 }
 
-// The value as the card shows it; false when it is plain text rather than markup.
-bool format_value(CardFormat format, const SettingValue& v, std::string& out) {
-    switch (format) {
-    case CardFormat::text:
-        out = v.text;
-        return false;
-    case CardFormat::enabled_switch:
-        out = v.boolean ? "enabled" : "disabled";
-        return false;
-    case CardFormat::yes_no_switch:
-        out = v.boolean ? "yes" : "no";
-        return false;
-    case CardFormat::run_ms:
-        if (v.number == 0.0) { // "disabled" for exactly 0, as written
-            out = "disabled";
-            return false;
-        }
-        format_message(out, "%.1f ms", v.number);
-        return true;
-    case CardFormat::count:
-        format_message(out, "%zu", static_cast<std::size_t>(v.integer));
-        return true;
-    case CardFormat::samples:
-        format_message(out, "%zu samples", static_cast<std::size_t>(v.integer));
-        return true;
-    case CardFormat::edge_skip:
-        format_message(out, "%ld samples at each end", static_cast<long>(v.integer));
-        return true;
-    case CardFormat::band_count:
-        format_message(out, "%zu configured", v.bands.size());
-        return true;
-    case CardFormat::snapshot_count:
-        format_message(out, "%zu", v.snapshots.count);
-        return true;
-    case CardFormat::decibels:
-        format_message(out, "%.2f dB", v.number);
-        return true;
-    case CardFormat::fraction:
-        format_message(out, "%.2f", v.number);
-        return true;
-    case CardFormat::times:
-        format_message(out, "%.4g&times;", v.number);
-        return true;
-    }
-    return true;
-}
-
 ConfigurationRow row_of(const SettingEntry& entry, const Resolved<SettingValue>& setting) {
-    ConfigurationRow row{entry.card_check, entry.card_parameter, {}, false, setting.source};
-    row.value_is_text = !format_value(entry.card_format, setting.value, row.value);
-    return row;
+    return {entry.card_check, entry.card_parameter, entry.card_format, setting.value,
+            setting.source};
 }
 
 } // namespace

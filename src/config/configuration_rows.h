@@ -1,5 +1,5 @@
 // The configuration card's rows, produced from the settings table: the settings the card shows,
-// in its order, with their values formatted and their sources.
+// in its order, each with its resolved value, the format the card writes it in, and its source.
 #pragma once
 
 #include <string>
@@ -7,12 +7,14 @@
 
 #include "config/analysis_config.h"
 #include "config/setting_source.h"
+#include "config/setting_table.h"
+#include "config/setting_value.h"
 
 struct ConfigurationRow {
     std::string check;
     std::string parameter;
-    std::string value;
-    bool value_is_text = false; // plain text to escape; otherwise ready markup
+    CardFormat format = CardFormat::text;
+    SettingValue value;
     SettingSource source = SettingSource::builtin_default;
 };
 

@@ -263,10 +263,11 @@ TEST(SettingTable, CardRowsInTheirOwnOrder) {
     const std::vector<ConfigurationRow> rows = configuration_rows(resolve_plain({}, {}));
     ASSERT_EQ(rows.size(), 13u);
     EXPECT_EQ(rows.front().parameter, "Profile");
-    EXPECT_EQ(rows.front().value, "freq_domain_multitone");
-    EXPECT_TRUE(rows.front().value_is_text);
+    EXPECT_EQ(rows.front().value.text, "freq_domain_multitone");
+    EXPECT_EQ(rows.front().format, CardFormat::text);
     EXPECT_EQ(rows.back().check, "Bit Accuracy");
-    EXPECT_EQ(rows.back().value, "no");
+    EXPECT_EQ(rows.back().format, CardFormat::yes_no_switch);
+    EXPECT_FALSE(rows.back().value.boolean);
 }
 
 TEST(SettingTable, CardRowTakesTheSourceOfItsSetting) {
@@ -276,10 +277,10 @@ TEST(SettingTable, CardRowTakesTheSourceOfItsSetting) {
     std::map<std::string, const ConfigurationRow*> by_parameter;
     for (const ConfigurationRow& row : rows)
         by_parameter[row.parameter] = &row;
-    EXPECT_EQ(by_parameter.at("Minimum Severity")->value, "2.5&times;");
-    EXPECT_FALSE(by_parameter.at("Minimum Severity")->value_is_text);
+    EXPECT_EQ(by_parameter.at("Minimum Severity")->value.number, 2.5);
+    EXPECT_EQ(by_parameter.at("Minimum Severity")->format, CardFormat::times);
     EXPECT_EQ(by_parameter.at("Minimum Severity")->source, SettingSource::config_file);
-    EXPECT_EQ(by_parameter.at("Neighborhood Window")->value, "32 samples");
+    EXPECT_EQ(by_parameter.at("Neighborhood Window")->value.integer, 32);
     EXPECT_EQ(by_parameter.at("Minimum Whole-File Severity")->source,
               SettingSource::builtin_default);
 }
