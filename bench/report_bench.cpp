@@ -6,6 +6,7 @@
 #include "bench_pair.h"
 #include "cli/analysis_checks.h"
 #include "cli/overall_verdict.h"
+#include "config/resolve_settings.h"
 #include "report/analyze_report.h"
 #include "results/results_json.h"
 #include "support/temp_dir.h"
@@ -37,6 +38,7 @@ RunResults analysed(const WavFile& ref, const WavFile& dut) {
     flags.deepscan = flags.impulse = flags.bitaccuracy = flags.loudness = true;
     flags.snapshots = 3;
     resolve_analysis_config({}, {}, flags, kRate, ref.frames, results.config);
+    results.configuration = configuration_rows(results.config);
     run_analysis_checks(aligned_pair(ref, dut, results.alignment.file_offset), results);
     results.overall = compute_overall_verdict(gating_inputs(results));
     return results;

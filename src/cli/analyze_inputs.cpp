@@ -8,8 +8,9 @@
 
 namespace {
 
-void copy_if_shown(const std::optional<std::string>& text, std::string& out) {
-    if (text && !text->empty()) out = *text;
+void copy_if_shown(const SettingsFile& defaults, SettingId id, std::string& out) {
+    const std::optional<SettingValue>& text = file_setting(defaults, id);
+    if (text && !text->text.empty()) out = text->text;
 }
 
 } // namespace
@@ -22,19 +23,21 @@ bool load_analyze_settings(const AnalyzeOptions& options, AnalyzeSettingsFiles& 
     std::string message;
     if (!load_run_defaults(options.defaults_path, files.defaults, message) ||
         !apply_default_profile(files.config_file, "--config", message) ||
-        !apply_default_profile(files.defaults.analysis, "sonalyx-defaults.cfg", message)) {
+        !apply_default_profile(files.defaults, "sonalyx-defaults.cfg", message)) {
         std::fputs(message.c_str(), stderr);
         return false;
     }
     return true;
 }
 
-TesterInfo tester_info_from(const TesterSettings& general) {
+TesterInfo tester_info_from(const SettingsFile& defaults) {
     TesterInfo tester;
-    if (!general.tester_info_enabled.value_or(false)) return tester;
-    copy_if_shown(general.test_engineer, tester.engineer);
-    copy_if_shown(general.test_product, tester.product);
-    copy_if_shown(general.test_company_name, tester.company);
+    const std::optional<SettingValue>& enabled =
+        file_setting(defaults, SettingId::tester_info_enabled);
+    if (!enabled || !enabled->boolean) return tester;
+    copy_if_shown(defaults, SettingId::tester_test_engineer, tester.engineer);
+    copy_if_shown(defaults, SettingId::tester_test_product, tester.product);
+    copy_if_shown(defaults, SettingId::tester_test_company_name, tester.company);
     return tester;
 }
 

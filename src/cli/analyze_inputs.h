@@ -8,8 +8,8 @@
 #include "config/config.h"
 
 struct AnalyzeSettingsFiles {
-    AnalysisSettings config_file; // --config
-    DefaultsFileSettings defaults;
+    SettingsFile config_file; // --config
+    SettingsFile defaults;
 };
 
 struct WavPair {
@@ -22,7 +22,7 @@ struct WavPair {
 bool load_analyze_settings(const AnalyzeOptions& options, AnalyzeSettingsFiles& files);
 
 // The tester block the reports show: only when enabled, each text only when non-empty.
-TesterInfo tester_info_from(const TesterSettings& general);
+TesterInfo tester_info_from(const SettingsFile& defaults);
 
 // Reads --ref and --dut; each failure is a comparison error. False when either failed.
 bool read_analyze_inputs(const AnalyzeOptions& options, RunContext& context, WavPair& wavs);

@@ -68,7 +68,7 @@ LengthMismatch measure_length_mismatch(const AlignedPair& pair) {
 
 bool resolve_run_settings(const AnalyzeOptions& options, const AnalyzeSettingsFiles& files,
                           RunResults& results) {
-    resolve_analysis_config(files.config_file, files.defaults.analysis, options.settings,
+    resolve_analysis_config(files.config_file, files.defaults, options.settings,
                             results.sample_rate, results.length_mismatch.shared_frames,
                             results.config);
     std::string message;
@@ -76,6 +76,7 @@ bool resolve_run_settings(const AnalyzeOptions& options, const AnalyzeSettingsFi
         std::fputs(message.c_str(), stderr);
         return false;
     }
+    results.configuration = configuration_rows(results.config);
     LengthMismatch& mismatch = results.length_mismatch;
     mismatch.failed =
         mismatch.uncovered_pct > results.config.general.length_mismatch_tolerance_pct.value;
@@ -134,7 +135,7 @@ int run_analyze_pipeline(const AnalyzeOptions& options, RunContext& context) {
     context.dut_path = options.dut_path;
     context.out_path = options.out_path;
     context.json = options.json;
-    context.tester = tester_info_from(files.defaults.general);
+    context.tester = tester_info_from(files.defaults);
 
     WavPair wavs;
     if (!read_analyze_inputs(options, context, wavs) || !check_input_formats(wavs, context))

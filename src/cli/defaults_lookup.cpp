@@ -33,8 +33,7 @@ std::string found_defaults_file() {
     return path.size() <= kMaxPathLength && file_exists(path) ? path : std::string();
 }
 
-bool load_run_defaults(const char* defaults_cfg_path, DefaultsFileSettings& out,
-                       std::string& message) {
+bool load_run_defaults(const char* defaults_cfg_path, SettingsFile& out, std::string& message) {
     if (defaults_cfg_path) {
         if (load_defaults_file(defaults_cfg_path, out)) return true;
         message = std::string("error: --defaults-cfg '") + defaults_cfg_path +

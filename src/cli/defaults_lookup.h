@@ -12,8 +12,7 @@ bool executable_directory(std::string& dir);
 
 // Loads the run's defaults file into `out` (left untouched when there is none). On failure returns
 // false with the complete error line in `message`.
-bool load_run_defaults(const char* defaults_cfg_path, DefaultsFileSettings& out,
-                       std::string& message);
+bool load_run_defaults(const char* defaults_cfg_path, SettingsFile& out, std::string& message);
 
 // sonalyx-defaults.cfg in the executable's directory when it is there, else empty.
 std::string found_defaults_file();

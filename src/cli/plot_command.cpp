@@ -14,13 +14,6 @@
 
 namespace {
 
-// The defaults file's fft_size, else the size the spectral check would pick for this file.
-std::size_t plot_fft_size(const DefaultsFileSettings& defaults, const WavFile& file) {
-    const auto& configured = defaults.analysis.spectral_fidelity.fft_size;
-    if (configured) return static_cast<std::size_t>(*configured);
-    return default_fft_size(file.sample_rate, file.frames);
-}
-
 // Writes the page and, with --json, its JSON file as one set.
 bool write_plot_outputs(const PlotOptions& options, const OutputPaths& paths,
                         const PlotData& plot) {
@@ -55,7 +48,7 @@ int run_plot_command(std::span<char* const> args) {
                            {{{options.input_path, "--input file"}}, nullptr, options.defaults_path},
                            paths))
         return 1;
-    DefaultsFileSettings defaults;
+    SettingsFile defaults;
     std::string message;
     if (!load_run_defaults(options.defaults_path, defaults, message)) {
         std::fputs(message.c_str(), stderr);
@@ -68,7 +61,12 @@ int run_plot_command(std::span<char* const> args) {
     PlotData plot;
     plot.input_path = options.input_path;
     plot.file = &file;
-    plot.fft_size = plot_fft_size(defaults, file);
+    // The defaults file's spectral settings, else their defaults for this file as the spectral
+    // check would pick them.
+    const ResolvedTable settings =
+        resolve_from_files({}, defaults, {file.sample_rate, file.frames});
+    plot.fft_size = static_cast<std::size_t>(
+        resolved_setting(settings, SettingId::spectral_fft_size).value.integer);
     if (!fft_size_supported(plot.fft_size)) {
         std::fprintf(stderr,
                      "error: spectral_fidelity.fft_size %zu not supported -- must be one of 1024, "
@@ -76,8 +74,9 @@ int run_plot_command(std::span<char* const> args) {
                      plot.fft_size);
         return 1;
     }
-    plot.noise_floor_db = defaults.analysis.spectral_fidelity.noise_floor_db.value_or(-100.0);
-    const TesterInfo tester = tester_info_from(defaults.general);
+    plot.noise_floor_db =
+        resolved_setting(settings, SettingId::spectral_noise_floor_db).value.number;
+    const TesterInfo tester = tester_info_from(defaults);
     plot.tester = &tester;
     build_plot_figures(file, plot.fft_size, plot.figures);
     return write_plot_outputs(options, paths, plot) ? 0 : 1;

@@ -1,7 +1,5 @@
 #include "cli/spectral_run.h"
 
-#include "config/spectral_profile.h"
-
 #include <span>
 
 namespace {
@@ -41,9 +39,9 @@ SweepSettings sweep_from(const SpectralFidelityConfig& c, SpectralMode mode) {
 SpectralSettings spectral_settings_from(const SpectralFidelityConfig& c) {
     SpectralSettings s;
     s.n = c.fft_size.value;
-    SpectralProfile profile = SpectralProfile::freq_domain_multitone;
-    parse_spectral_profile(c.profile.value, profile); // validated before the checks run
-    s.mode = static_cast<SpectralMode>(profile);
+    // Parsed when the settings were resolved, and validated before the checks run.
+    s.mode = static_cast<SpectralMode>(
+        c.parsed_profile.value_or(SpectralProfile::freq_domain_multitone));
     s.sweep = sweep_from(c, s.mode);
     if (c.relative_noise_floor_db.set) s.relative_floor_db = c.relative_noise_floor_db.value;
     if (c.bands.set) {

@@ -111,7 +111,7 @@ int run_trim_command(std::span<char* const> args) {
                              options.defaults_path))
         return 1;
 
-    DefaultsFileSettings defaults;
+    SettingsFile defaults;
     std::string message;
     if (!load_run_defaults(options.defaults_path, defaults, message)) {
         std::fputs(message.c_str(), stderr);

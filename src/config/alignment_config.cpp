@@ -2,32 +2,31 @@
 
 #include <cmath>
 
-#include "config/resolve_helpers.h"
+#include "config/resolve_settings.h"
+#include "config/setting_slot.h"
 
 namespace {
 
-// A key only the defaults file can set.
-template <typename T>
-void resolve_from_defaults(Resolved<T>& out, const std::optional<T>& defaults_file, T builtin) {
-    out = defaults_file ? Resolved<T>{true, *defaults_file, SettingSource::defaults_file}
-                        : Resolved<T>{false, builtin, SettingSource::builtin_default};
+template <typename T> void take(const ResolvedTable& table, SettingId id, Resolved<T>& out) {
+    unpack_resolved(resolved_setting(table, id), out);
 }
 
 } // namespace
 
-void resolve_alignment_config(const AnalysisSettings& config_file,
-                              const DefaultsFileSettings& defaults, AlignmentConfig& out) {
-    const AlignmentSettings& a = defaults.alignment;
-    resolve_from_defaults(out.fine_align_confidence_threshold, a.fine_align_confidence_threshold,
-                          0.9);
-    resolve_from_defaults(out.fine_align_max_search_sec, a.fine_align_max_search_sec, 0.1);
-    resolve_from_defaults(out.fine_align_agreement_tolerance_samples,
-                          a.fine_align_agreement_tolerance_samples, std::int32_t{2});
-    resolve_from_defaults(out.sync_psr_threshold, a.sync_psr_threshold, 6.0);
-    resolve_from_defaults(out.sync_search_window_sec, a.sync_search_window_sec, 45.0);
-    resolve_setting(out.low_level_signal_threshold_db,
-                    config_file.general.low_level_signal_threshold_db,
-                    defaults.analysis.general.low_level_signal_threshold_db, -70.0);
+void resolve_alignment_config(const SettingsFile& config_file, const SettingsFile& defaults,
+                              AlignmentConfig& out) {
+    // Only the defaults file reads the alignment section; none of these defaults depends on the
+    // sample rate.
+    const ResolvedTable table = resolve_from_files(config_file, defaults, {});
+    take(table, SettingId::alignment_fine_align_confidence_threshold,
+         out.fine_align_confidence_threshold);
+    take(table, SettingId::alignment_fine_align_max_search_sec, out.fine_align_max_search_sec);
+    take(table, SettingId::alignment_fine_align_agreement_tolerance_samples,
+         out.fine_align_agreement_tolerance_samples);
+    take(table, SettingId::alignment_sync_psr_threshold, out.sync_psr_threshold);
+    take(table, SettingId::alignment_sync_search_window_sec, out.sync_search_window_sec);
+    take(table, SettingId::general_low_level_signal_threshold_db,
+         out.low_level_signal_threshold_db);
 }
 
 std::size_t alignment_max_search_samples(const AlignmentConfig& config, std::uint32_t sample_rate) {

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "config/setting_source.h"
-#include "config/settings_files.h"
+#include "config/setting_value.h"
 
 struct AlignmentConfig {
     Resolved<double> fine_align_confidence_threshold;
@@ -20,8 +20,8 @@ struct AlignmentConfig {
 // The alignment keys come from the defaults file only (defaults 0.9, 0.1 s, 2 samples, 6.0,
 // 45.0 s); the low-level threshold is general.low_level_signal_threshold_db from --config, else
 // from the defaults file, else -70.0.
-void resolve_alignment_config(const AnalysisSettings& config_file,
-                              const DefaultsFileSettings& defaults, AlignmentConfig& out);
+void resolve_alignment_config(const SettingsFile& config_file, const SettingsFile& defaults,
+                              AlignmentConfig& out);
 
 // Search reach in samples: fine_align_max_search_sec × sample_rate rounded to nearest, halves
 // away from zero.

@@ -1,6 +1,6 @@
-// The resolved analysis settings of one run: every key under its section.key name with its value
-// and where the value came from. Resolution order per key: the command-line flag where one
-// exists, then --config, then the defaults file, then the built-in default.
+// The resolved analysis settings of one run, typed: every key under its section.key name with its
+// value and where the value came from. The settings table (setting_table.h) says how each is read,
+// defaulted, validated and shown; resolve_settings.h fills this record from it.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,8 @@
 #include <vector>
 
 #include "config/setting_source.h"
-#include "config/settings_files.h"
+#include "config/setting_value.h"
+#include "config/spectral_profile.h"
 
 // What the command line forces. The flags are named after the options.
 struct CommandLineSettings {
@@ -74,6 +75,8 @@ struct SpectralFidelityConfig {
     Resolved<double> amp_sweep_test_freq_hz;
     Resolved<double> sweep_search_window_cents;
     Resolved<long> sweep_edge_skip_samples;
+    // The profile text as parsed at resolution; empty when it names no known profile.
+    std::optional<SpectralProfile> parsed_profile = SpectralProfile::freq_domain_multitone;
 };
 
 struct DistortionConfig {
@@ -146,18 +149,3 @@ struct AnalysisConfig {
     LoudnessConfig loudness;
     GatingLabels gating;
 };
-
-// Resolves every analysis setting into `out` (replaced whole). `defaults_file` is the defaults
-// file's analysis part; `shared_frames` is the frame count ref and DUT share after alignment,
-// which sizes the default fft_size.
-void resolve_analysis_config(const AnalysisSettings& config_file,
-                             const AnalysisSettings& defaults_file,
-                             const CommandLineSettings& command_line, std::uint32_t sample_rate,
-                             std::size_t shared_frames, AnalysisConfig& out);
-
-// The fft_size used when no file sets one: 8192 up to 48000 Hz, 16384 up to 96000 Hz, 32768
-// above, halved while larger than the greater of 8192 and `shared_frames`.
-std::size_t default_fft_size(std::uint32_t sample_rate, std::size_t shared_frames);
-
-// One of the transform sizes the spectral check accepts: 1024, 2048, ..., 32768.
-bool fft_size_supported(std::size_t size);

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "config/settings_files.h"
+#include "config/setting_value.h"
 
 enum class AnalysisProfile {
     bit_exact,
@@ -24,5 +24,4 @@ bool parse_analysis_profile(std::string_view text, AnalysisProfile& out);
 // setting the profile implies is filled only when the same file leaves it unset. `file_label` is
 // "--config" or "sonalyx-defaults.cfg". An unknown profile returns false with `message` holding
 // the complete error line.
-bool apply_default_profile(AnalysisSettings& settings, const char* file_label,
-                           std::string& message);
+bool apply_default_profile(SettingsFile& settings, const char* file_label, std::string& message);

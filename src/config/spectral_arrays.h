@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "config/settings_files.h"
+#include "config/setting_value.h"
 
 // spectral_fidelity.bands: an array of up to five objects, each with all seven numbers. A value
 // that is not an array leaves `out` unset. Fails on a sixth element or a missing/malformed key.

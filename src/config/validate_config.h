@@ -1,5 +1,5 @@
-// The checks on the resolved analysis settings that run before any analysis, in a fixed order;
-// the first failure is reported.
+// The checks on the resolved analysis settings that run before any analysis: the rules of the
+// settings table in table order; the first failure is reported.
 #pragma once
 
 #include <cstdint>

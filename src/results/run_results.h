@@ -9,6 +9,7 @@
 #include "checks/level_fidelity.h"
 #include "checks/time_domain.h"
 #include "config/analysis_config.h"
+#include "config/configuration_rows.h"
 #include "dsp/artifact.h"
 #include "dsp/distortion.h"
 #include "dsp/loudness.h"
@@ -20,6 +21,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 struct FileFacts {
     std::string path;
@@ -91,6 +93,7 @@ struct RunResults {
     CheckBlock<ImpulseTemplateResult> impulse_template;
     OverallVerdict overall;
     AnalysisConfig config;
+    std::vector<ConfigurationRow> configuration; // the configuration card's rows
     TesterInfo tester;
     PageFigures figures; // what the report draws, taken once the checks have run
 };

@@ -23,7 +23,7 @@ TEST(AlignmentConfig, BuiltinDefaults) {
 }
 
 TEST(AlignmentConfig, ValuesFromDefaultsFile) {
-    const DefaultsFileSettings d = load_defaults_text(R"({
+    const SettingsFile d = load_defaults_text(R"({
         "alignment": {"fine_align_confidence_threshold": 0.75, "fine_align_max_search_sec": 0.5,
                       "fine_align_agreement_tolerance_samples": 0, "sync_psr_threshold": 9,
                       "sync_search_window_sec": 12.5},
@@ -48,10 +48,10 @@ TEST(AlignmentConfig, ValuesFromDefaultsFile) {
 }
 
 TEST(AlignmentConfig, ConfigFileThresholdWins) {
-    AnalysisSettings c;
-    c.general.low_level_signal_threshold_db = -50.0;
-    DefaultsFileSettings d;
-    d.analysis.general.low_level_signal_threshold_db = -60.0;
+    SettingsFile c;
+    file_setting(c, SettingId::general_low_level_signal_threshold_db) = number_setting(-50.0);
+    SettingsFile d;
+    file_setting(d, SettingId::general_low_level_signal_threshold_db) = number_setting(-60.0);
     AlignmentConfig config;
     resolve_alignment_config(c, d, config);
     EXPECT_EQ(config.low_level_signal_threshold_db.value, -50.0);
@@ -60,7 +60,7 @@ TEST(AlignmentConfig, ConfigFileThresholdWins) {
 
 TEST(AlignmentConfig, ConfigFileAlignmentSectionIsNotRead) {
     // The override file has no alignment section: only analysis sections are read from it.
-    const AnalysisSettings c =
+    const SettingsFile c =
         load_override_text(R"({"alignment": {"fine_align_max_search_sec": 1.0}})");
     AlignmentConfig config;
     resolve_alignment_config(c, {}, config);

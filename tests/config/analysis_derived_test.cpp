@@ -9,7 +9,7 @@
 namespace {
 
 AnalysisConfig resolve_at(std::uint32_t rate, std::size_t shared_frames,
-                          const AnalysisSettings& config_file = {},
+                          const SettingsFile& config_file = {},
                           const CommandLineSettings& command_line = {}) {
     AnalysisConfig config;
     resolve_analysis_config(config_file, {}, command_line, rate, shared_frames, config);
@@ -45,8 +45,8 @@ TEST(AnalysisDerived, FftSizeStartsByRateAndHalves) {
 }
 
 TEST(AnalysisDerived, FileFftSizeReplacesRateDefault) {
-    AnalysisSettings c;
-    c.spectral_fidelity.fft_size = 1024;
+    SettingsFile c;
+    file_setting(c, SettingId::spectral_fft_size) = integer_setting(1024);
     const AnalysisConfig config = resolve_at(96000, 20000, c);
     EXPECT_EQ(config.spectral_fidelity.fft_size.value, 1024u);
     EXPECT_EQ(config.spectral_fidelity.fft_size.source, SettingSource::config_file);
@@ -85,9 +85,9 @@ TEST(AnalysisDerived, RateScaledDefaultsRoundHalfUpThenTruncate) {
 }
 
 TEST(AnalysisDerived, FileValuesReplaceRateScaledDefaults) {
-    AnalysisSettings d;
-    d.artifact.window_samples = 10;
-    d.spectral_fidelity.sweep_edge_skip_samples = 0;
+    SettingsFile d;
+    file_setting(d, SettingId::artifact_window_samples) = integer_setting(10);
+    file_setting(d, SettingId::spectral_sweep_edge_skip_samples) = integer_setting(0);
     AnalysisConfig config;
     resolve_analysis_config({}, d, CommandLineSettings{}, 96000, 96000, config);
     EXPECT_EQ(config.artifact.window_samples.value, 10u);
@@ -105,8 +105,8 @@ TEST(AnalysisDerived, AmpsweepFlagImpliesContinuous) {
 }
 
 TEST(AnalysisDerived, SweepProfileFromFileImpliesContinuous) {
-    AnalysisSettings d;
-    d.spectral_fidelity.profile = "freq_sweep";
+    SettingsFile d;
+    file_setting(d, SettingId::spectral_profile) = text_setting("freq_sweep");
     AnalysisConfig config;
     resolve_analysis_config({}, d, CommandLineSettings{}, 48000, 48000, config);
     EXPECT_TRUE(config.spectral_fidelity.continuous.value);
@@ -120,8 +120,9 @@ TEST(AnalysisDerived, AnySnapshotSettingKeepsContinuousOff) {
     EXPECT_FALSE(resolve_at(48000, 48000, {}, flags).spectral_fidelity.continuous.value);
     CommandLineSettings sweep_only;
     sweep_only.ampsweep = true;
-    AnalysisSettings d;
-    d.spectral_fidelity.snapshots = SnapshotSetting{false, 5, {}};
+    SettingsFile d;
+    file_setting(d, SettingId::spectral_snapshots) =
+        snapshots_setting(SnapshotSetting{false, 5, {}});
     AnalysisConfig config;
     resolve_analysis_config({}, d, sweep_only, 48000, 48000, config);
     EXPECT_FALSE(config.spectral_fidelity.continuous.value);
@@ -129,9 +130,9 @@ TEST(AnalysisDerived, AnySnapshotSettingKeepsContinuousOff) {
 }
 
 TEST(AnalysisDerived, ExplicitContinuousFalseStaysForSweep) {
-    AnalysisSettings c;
-    c.spectral_fidelity.profile = "amp_sweep";
-    c.spectral_fidelity.continuous = false;
+    SettingsFile c;
+    file_setting(c, SettingId::spectral_profile) = text_setting("amp_sweep");
+    file_setting(c, SettingId::spectral_continuous) = boolean_setting(false);
     const AnalysisConfig config = resolve_at(48000, 48000, c);
     EXPECT_FALSE(config.spectral_fidelity.continuous.value);
     EXPECT_EQ(config.spectral_fidelity.continuous.source, SettingSource::config_file);
@@ -144,8 +145,8 @@ TEST(AnalysisDerived, MultitoneProfileKeepsContinuousOff) {
 }
 
 TEST(AnalysisDerived, LevelFidelityImpulseProfileDefaults) {
-    AnalysisSettings c;
-    c.level_fidelity.profile = "impulse";
+    SettingsFile c;
+    file_setting(c, SettingId::level_fidelity_profile) = text_setting("impulse");
     const AnalysisConfig config = resolve_at(48000, 48000, c);
     EXPECT_EQ(config.level_fidelity.noise_floor_db.value, -30.0);
     EXPECT_EQ(config.level_fidelity.p99_tolerance_db.value, 1.94);
@@ -155,8 +156,8 @@ TEST(AnalysisDerived, LevelFidelityImpulseProfileDefaults) {
 
 TEST(AnalysisDerived, OtherLevelFidelityProfilesUseGeneralDefaults) {
     for (const char* profile : {"general", "Impulse", "impulse ", "anything"}) {
-        AnalysisSettings d;
-        d.level_fidelity.profile = profile;
+        SettingsFile d;
+        file_setting(d, SettingId::level_fidelity_profile) = text_setting(profile);
         AnalysisConfig config;
         resolve_analysis_config({}, d, CommandLineSettings{}, 48000, 48000, config);
         EXPECT_EQ(config.level_fidelity.noise_floor_db.value, -80.0) << profile;
@@ -165,10 +166,10 @@ TEST(AnalysisDerived, OtherLevelFidelityProfilesUseGeneralDefaults) {
 }
 
 TEST(AnalysisDerived, ExplicitLevelValuesBeatImpulseDefaults) {
-    AnalysisSettings c;
-    c.level_fidelity.profile = "impulse";
-    AnalysisSettings d;
-    d.level_fidelity.p99_tolerance_db = 3.0;
+    SettingsFile c;
+    file_setting(c, SettingId::level_fidelity_profile) = text_setting("impulse");
+    SettingsFile d;
+    file_setting(d, SettingId::level_fidelity_p99_tolerance_db) = number_setting(3.0);
     AnalysisConfig config;
     resolve_analysis_config(c, d, CommandLineSettings{}, 48000, 48000, config);
     EXPECT_EQ(config.level_fidelity.p99_tolerance_db.value, 3.0);
@@ -178,14 +179,14 @@ TEST(AnalysisDerived, ExplicitLevelValuesBeatImpulseDefaults) {
 
 // The spectral and time-domain low-level thresholds, from the highest-priority source down.
 TEST(AnalysisDerived, LowLevelThresholdFallbackChain) {
-    AnalysisSettings c;
-    AnalysisSettings d;
-    c.spectral_fidelity.low_level_signal_threshold_db = -61.0;
-    c.time_domain.low_level_signal_threshold_db = -61.0;
-    d.spectral_fidelity.low_level_signal_threshold_db = -62.0;
-    d.time_domain.low_level_signal_threshold_db = -62.0;
-    c.general.low_level_signal_threshold_db = -63.0;
-    d.general.low_level_signal_threshold_db = -64.0;
+    SettingsFile c;
+    SettingsFile d;
+    file_setting(c, SettingId::spectral_low_level_signal_threshold_db) = number_setting(-61.0);
+    file_setting(c, SettingId::time_domain_low_level_signal_threshold_db) = number_setting(-61.0);
+    file_setting(d, SettingId::spectral_low_level_signal_threshold_db) = number_setting(-62.0);
+    file_setting(d, SettingId::time_domain_low_level_signal_threshold_db) = number_setting(-62.0);
+    file_setting(c, SettingId::general_low_level_signal_threshold_db) = number_setting(-63.0);
+    file_setting(d, SettingId::general_low_level_signal_threshold_db) = number_setting(-64.0);
     const struct {
         double value;
         SettingSource source;
@@ -202,28 +203,28 @@ TEST(AnalysisDerived, LowLevelThresholdFallbackChain) {
         EXPECT_EQ(config.time_domain.low_level_signal_threshold_db.value, step.value);
         EXPECT_EQ(config.time_domain.low_level_signal_threshold_db.source, step.source);
         // Remove the source just checked, so the next one shows through.
-        if (c.spectral_fidelity.low_level_signal_threshold_db) {
-            c.spectral_fidelity.low_level_signal_threshold_db.reset();
-            c.time_domain.low_level_signal_threshold_db.reset();
-        } else if (d.spectral_fidelity.low_level_signal_threshold_db) {
-            d.spectral_fidelity.low_level_signal_threshold_db.reset();
-            d.time_domain.low_level_signal_threshold_db.reset();
-        } else if (c.general.low_level_signal_threshold_db) {
-            c.general.low_level_signal_threshold_db.reset();
+        if (file_setting(c, SettingId::spectral_low_level_signal_threshold_db)) {
+            file_setting(c, SettingId::spectral_low_level_signal_threshold_db).reset();
+            file_setting(c, SettingId::time_domain_low_level_signal_threshold_db).reset();
+        } else if (file_setting(d, SettingId::spectral_low_level_signal_threshold_db)) {
+            file_setting(d, SettingId::spectral_low_level_signal_threshold_db).reset();
+            file_setting(d, SettingId::time_domain_low_level_signal_threshold_db).reset();
+        } else if (file_setting(c, SettingId::general_low_level_signal_threshold_db)) {
+            file_setting(c, SettingId::general_low_level_signal_threshold_db).reset();
         } else {
-            d.general.low_level_signal_threshold_db.reset();
+            file_setting(d, SettingId::general_low_level_signal_threshold_db).reset();
         }
     }
 }
 
 TEST(AnalysisDerived, GatingLabelsFromFiles) {
-    const AnalysisSettings c = load_override_text(R"({
+    const SettingsFile c = load_override_text(R"({
         "level_fidelity": {"gates_overall": false}, "bit_exact": {"gates_overall": true},
         "bit_accuracy": {"enabled": true}})");
-    const DefaultsFileSettings d = load_defaults_text(R"({"analysis": {
+    const SettingsFile d = load_defaults_text(R"({"analysis": {
         "level_fidelity": {"gates_overall": true}, "artifact": {"gates_overall": false},
         "loudness": {"gates_overall": true}}})");
-    const AnalysisConfig config = resolve_plain(c, d.analysis);
+    const AnalysisConfig config = resolve_plain(c, d);
     EXPECT_STREQ(config.gating.level_fidelity, "--config");
     EXPECT_STREQ(config.gating.bit_exact, "--config");
     EXPECT_STREQ(config.gating.bit_accuracy, "--config");
@@ -240,9 +241,9 @@ TEST(AnalysisDerived, GatingLabelsFromFlags) {
     flags.loudness = true;
     flags.bitexact = true;
     flags.bitaccuracy = true;
-    AnalysisSettings c;
-    c.level_fidelity.gates_overall = true;
-    c.loudness.gates_overall = false;
+    SettingsFile c;
+    file_setting(c, SettingId::level_fidelity_gates_overall) = boolean_setting(true);
+    file_setting(c, SettingId::loudness_gates_overall) = boolean_setting(false);
     const AnalysisConfig config = resolve_at(48000, 48000, c, flags);
     EXPECT_STREQ(config.gating.level_fidelity, "--levelfidelity-ref-only");
     EXPECT_STREQ(config.gating.artifact, "--artifact-ref-only");

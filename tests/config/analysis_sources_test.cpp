@@ -49,15 +49,15 @@ std::string analysis_body(FileRole role, bool negate_booleans) {
     return body + "}";
 }
 
-AnalysisSettings config_settings() {
+SettingsFile config_settings() {
     return load_override_text("{" + analysis_body(FileRole::config_file, true) + "}");
 }
 
-AnalysisSettings defaults_settings(bool negate_booleans) {
+SettingsFile defaults_settings(bool negate_booleans) {
     const std::string analysis =
         "{" + analysis_body(FileRole::defaults_file, negate_booleans) + "}";
     EXPECT_LT(analysis.size(), kSectionCapacity);
-    return load_defaults_text("{\"analysis\": " + analysis + "}").analysis;
+    return load_defaults_text("{\"analysis\": " + analysis + "}");
 }
 
 void expect_all_from(const AnalysisConfig& config, FileRole role, SettingSource source) {
@@ -87,15 +87,14 @@ TEST(AnalysisSources, ConfigFileWinsOverDefaultsFileForEveryKey) {
 }
 
 TEST(AnalysisSources, TextKeysFromEachFile) {
-    const AnalysisSettings c = load_override_text(R"({
+    const SettingsFile c = load_override_text(R"({
         "general": {"default_profile": "time_domain"},
         "level_fidelity": {"profile": "impulse"},
         "spectral_fidelity": {"profile": "amp_sweep", "freq_sweep_shape": "log"}})");
-    const AnalysisSettings d = load_defaults_text(R"({"analysis": {
+    const SettingsFile d = load_defaults_text(R"({"analysis": {
         "general": {"default_profile": "bit_exact"},
         "level_fidelity": {"profile": "other"},
-        "spectral_fidelity": {"profile": "freq_sweep", "freq_sweep_shape": "linear"}}})")
-                                   .analysis;
+        "spectral_fidelity": {"profile": "freq_sweep", "freq_sweep_shape": "linear"}}})");
     const AnalysisConfig from_config = resolve_plain(c, d);
     EXPECT_EQ(from_config.general.default_profile.value, "time_domain");
     EXPECT_EQ(from_config.level_fidelity.profile.value, "impulse");
@@ -111,12 +110,16 @@ TEST(AnalysisSources, TextKeysFromEachFile) {
 }
 
 TEST(AnalysisSources, BandsAndSnapshotsFromEachFile) {
-    AnalysisSettings c;
-    c.spectral_fidelity.bands = std::vector<SpectralBandSetting>{{}, {}};
-    c.spectral_fidelity.snapshots = SnapshotSetting{true, 1, {2.5}};
-    AnalysisSettings d;
-    d.spectral_fidelity.bands = std::vector<SpectralBandSetting>{{}};
-    d.spectral_fidelity.snapshots = SnapshotSetting{false, 5, {}};
+    SettingsFile c;
+    file_setting(c, SettingId::spectral_bands) =
+        bands_setting(std::vector<SpectralBandSetting>{{}, {}});
+    file_setting(c, SettingId::spectral_snapshots) =
+        snapshots_setting(SnapshotSetting{true, 1, {2.5}});
+    SettingsFile d;
+    file_setting(d, SettingId::spectral_bands) =
+        bands_setting(std::vector<SpectralBandSetting>{{}});
+    file_setting(d, SettingId::spectral_snapshots) =
+        snapshots_setting(SnapshotSetting{false, 5, {}});
     const AnalysisConfig both = resolve_plain(c, d);
     EXPECT_EQ(both.spectral_fidelity.bands.value.size(), 2u);
     EXPECT_EQ(both.spectral_fidelity.bands.source, SettingSource::config_file);
@@ -160,7 +163,7 @@ TEST(AnalysisSources, CommandLineFlagsWinWithSource3) {
          RESOLVED_GETTER(artifact, gates_overall), false},
     };
     // Both files say the opposite of what each flag forces.
-    const AnalysisSettings files = load_override_text(R"({
+    const SettingsFile files = load_override_text(R"({
         "time_domain": {"enabled": false}, "impulse_template": {"enabled": false},
         "bit_accuracy": {"enabled": false}, "bit_exact": {"gates_overall": false, "enabled": true},
         "distortion": {"enabled": true}, "level_fidelity": {"gates_overall": true},
@@ -183,7 +186,7 @@ TEST(AnalysisSources, CommandLineFlagsWinWithSource3) {
 }
 
 TEST(AnalysisSources, SweepFlagsSetProfileFromCommandLine) {
-    const AnalysisSettings c = load_override_text(R"({"spectral_fidelity": {"profile": "x"}})");
+    const SettingsFile c = load_override_text(R"({"spectral_fidelity": {"profile": "x"}})");
     CommandLineSettings amp;
     amp.ampsweep = true;
     AnalysisConfig config;
@@ -198,8 +201,9 @@ TEST(AnalysisSources, SweepFlagsSetProfileFromCommandLine) {
 }
 
 TEST(AnalysisSources, SnapshotsFlagOverridesFiles) {
-    AnalysisSettings c;
-    c.spectral_fidelity.snapshots = SnapshotSetting{true, 2, {1.0, 2.0}};
+    SettingsFile c;
+    file_setting(c, SettingId::spectral_snapshots) =
+        snapshots_setting(SnapshotSetting{true, 2, {1.0, 2.0}});
     CommandLineSettings command_line;
     command_line.snapshots = 7;
     AnalysisConfig config;

@@ -22,16 +22,16 @@ std::string stripped_or_fail(std::string_view raw) {
 TEST(ConfigText, FileOf16383BytesLoads) {
     const std::string content =
         padded("{\"general\": {\"length_mismatch_tolerance_pct\": 2.5}}", 16383);
-    AnalysisSettings settings;
+    SettingsFile settings;
     ASSERT_TRUE(load_override_file(write_config_fixture(content), settings));
-    ASSERT_TRUE(settings.general.length_mismatch_tolerance_pct.has_value());
-    EXPECT_EQ(*settings.general.length_mismatch_tolerance_pct, 2.5);
+    ASSERT_TRUE(number_in(settings, SettingId::general_length_mismatch_tolerance_pct).has_value());
+    EXPECT_EQ(*number_in(settings, SettingId::general_length_mismatch_tolerance_pct), 2.5);
 }
 
 TEST(ConfigText, FileOf16384BytesIsRefused) {
     const std::string content =
         padded("{\"general\": {\"length_mismatch_tolerance_pct\": 2.5}}", 16384);
-    AnalysisSettings settings;
+    SettingsFile settings;
     EXPECT_FALSE(load_override_file(write_config_fixture(content), settings));
     std::string raw;
     EXPECT_FALSE(load_raw_config_text(write_config_fixture(content), raw));
@@ -48,7 +48,7 @@ TEST(ConfigText, MissingFileOrDirectoryFails) {
     std::string raw;
     EXPECT_FALSE(load_raw_config_text(testing::TempDir() + "no_such_settings.cfg", raw));
     EXPECT_FALSE(load_raw_config_text(testing::TempDir(), raw));
-    AnalysisSettings settings;
+    SettingsFile settings;
     EXPECT_FALSE(load_override_file(testing::TempDir() + "no_such_settings.cfg", settings));
 }
 
@@ -125,7 +125,7 @@ TEST(ConfigText, LoaderRefusesUnbalancedOrOpenText) {
     EXPECT_FALSE(load_config_text(write_config_fixture("{\"a\": {\"b\": 1}"), text));
     EXPECT_FALSE(load_config_text(write_config_fixture("}{\"a\": 1}"), text));
     EXPECT_FALSE(load_config_text(write_config_fixture("{\"a\": \"open}"), text));
-    DefaultsFileSettings defaults;
+    SettingsFile defaults;
     EXPECT_FALSE(load_defaults_file(write_config_fixture("{\"general\": {"), defaults));
 }
 

@@ -7,92 +7,92 @@
 
 namespace {
 
-AnalysisSettings with_profile(const char* profile) {
-    AnalysisSettings s;
-    s.general.default_profile = profile;
+SettingsFile with_profile(const char* profile) {
+    SettingsFile s;
+    file_setting(s, SettingId::general_default_profile) = text_setting(profile);
     return s;
 }
 
-void apply_ok(AnalysisSettings& s, const char* label = "--config") {
+void apply_ok(SettingsFile& s, const char* label = "--config") {
     std::string message = "none";
     EXPECT_TRUE(apply_default_profile(s, label, message));
     EXPECT_EQ(message, "none");
 }
 
-void expect_nothing_implied(const AnalysisSettings& s) {
-    EXPECT_FALSE(s.bit_accuracy.enabled.has_value());
-    EXPECT_FALSE(s.spectral_fidelity.profile.has_value());
-    EXPECT_FALSE(s.impulse_template.enabled.has_value());
-    EXPECT_FALSE(s.time_domain.enabled.has_value());
+void expect_nothing_implied(const SettingsFile& s) {
+    EXPECT_FALSE(boolean_in(s, SettingId::bit_accuracy_enabled).has_value());
+    EXPECT_FALSE(text_in(s, SettingId::spectral_profile).has_value());
+    EXPECT_FALSE(boolean_in(s, SettingId::impulse_template_enabled).has_value());
+    EXPECT_FALSE(boolean_in(s, SettingId::time_domain_enabled).has_value());
 }
 
 TEST(DefaultProfile, UnsetProfileChangesNothing) {
-    AnalysisSettings s;
+    SettingsFile s;
     apply_ok(s);
     expect_nothing_implied(s);
 }
 
 TEST(DefaultProfile, BitExactAndFrequencyDomainImplyNothing) {
     for (const char* profile : {"bit_exact", "frequency_domain"}) {
-        AnalysisSettings s = with_profile(profile);
+        SettingsFile s = with_profile(profile);
         apply_ok(s);
         expect_nothing_implied(s);
     }
 }
 
 TEST(DefaultProfile, BitAccuracyEnablesBitAccuracy) {
-    AnalysisSettings s = with_profile("bit_accuracy");
+    SettingsFile s = with_profile("bit_accuracy");
     apply_ok(s);
-    EXPECT_EQ(s.bit_accuracy.enabled, true);
-    AnalysisSettings explicit_off = with_profile("bit_accuracy");
-    explicit_off.bit_accuracy.enabled = false;
+    EXPECT_EQ(boolean_in(s, SettingId::bit_accuracy_enabled), true);
+    SettingsFile explicit_off = with_profile("bit_accuracy");
+    file_setting(explicit_off, SettingId::bit_accuracy_enabled) = boolean_setting(false);
     apply_ok(explicit_off);
-    EXPECT_EQ(explicit_off.bit_accuracy.enabled, false);
+    EXPECT_EQ(boolean_in(explicit_off, SettingId::bit_accuracy_enabled), false);
 }
 
 TEST(DefaultProfile, AmplitudeSweepSetsAmpSweep) {
-    AnalysisSettings s = with_profile("amplitude_sweep");
+    SettingsFile s = with_profile("amplitude_sweep");
     apply_ok(s);
-    EXPECT_EQ(s.spectral_fidelity.profile, "amp_sweep");
-    EXPECT_FALSE(s.time_domain.enabled.has_value());
+    EXPECT_EQ(text_in(s, SettingId::spectral_profile), "amp_sweep");
+    EXPECT_FALSE(boolean_in(s, SettingId::time_domain_enabled).has_value());
 }
 
 TEST(DefaultProfile, FrequencySweepSetsFreqSweep) {
-    AnalysisSettings s = with_profile("frequency_sweep");
+    SettingsFile s = with_profile("frequency_sweep");
     apply_ok(s);
-    EXPECT_EQ(s.spectral_fidelity.profile, "freq_sweep");
+    EXPECT_EQ(text_in(s, SettingId::spectral_profile), "freq_sweep");
 }
 
 TEST(DefaultProfile, ImpulseDomainEnablesImpulseTemplate) {
-    AnalysisSettings s = with_profile("impulse_domain");
+    SettingsFile s = with_profile("impulse_domain");
     apply_ok(s);
-    EXPECT_EQ(s.impulse_template.enabled, true);
-    AnalysisSettings explicit_off = with_profile("impulse_domain");
-    explicit_off.impulse_template.enabled = false;
+    EXPECT_EQ(boolean_in(s, SettingId::impulse_template_enabled), true);
+    SettingsFile explicit_off = with_profile("impulse_domain");
+    file_setting(explicit_off, SettingId::impulse_template_enabled) = boolean_setting(false);
     apply_ok(explicit_off);
-    EXPECT_EQ(explicit_off.impulse_template.enabled, false);
+    EXPECT_EQ(boolean_in(explicit_off, SettingId::impulse_template_enabled), false);
 }
 
 TEST(DefaultProfile, TimeDomainEnablesTimeDomain) {
-    AnalysisSettings s = with_profile("time_domain");
+    SettingsFile s = with_profile("time_domain");
     apply_ok(s);
-    EXPECT_EQ(s.time_domain.enabled, true);
-    EXPECT_FALSE(s.impulse_template.enabled.has_value());
+    EXPECT_EQ(boolean_in(s, SettingId::time_domain_enabled), true);
+    EXPECT_FALSE(boolean_in(s, SettingId::impulse_template_enabled).has_value());
 }
 
 TEST(DefaultProfile, ExplicitSpectralProfileInSameFileStays) {
-    DefaultsFileSettings d = load_defaults_text(R"({"analysis": {
+    SettingsFile d = load_defaults_text(R"({"analysis": {
         "general": {"default_profile": "amplitude_sweep"},
         "spectral_fidelity": {"profile": "freq_sweep"}}})");
-    apply_ok(d.analysis, "sonalyx-defaults.cfg");
-    EXPECT_EQ(d.analysis.spectral_fidelity.profile, "freq_sweep");
-    const AnalysisConfig config = resolve_plain({}, d.analysis);
+    apply_ok(d, "sonalyx-defaults.cfg");
+    EXPECT_EQ(text_in(d, SettingId::spectral_profile), "freq_sweep");
+    const AnalysisConfig config = resolve_plain({}, d);
     EXPECT_EQ(config.spectral_fidelity.profile.value, "freq_sweep");
     EXPECT_EQ(config.spectral_fidelity.profile.source, SettingSource::defaults_file);
 }
 
 TEST(DefaultProfile, ImpliedValueCarriesItsFileAsSource) {
-    AnalysisSettings c = load_override_text(R"({"general": {"default_profile": "bit_accuracy"}})");
+    SettingsFile c = load_override_text(R"({"general": {"default_profile": "bit_accuracy"}})");
     apply_ok(c);
     const AnalysisConfig config = resolve_plain(c, {});
     EXPECT_TRUE(config.bit_accuracy.enabled.value);
@@ -101,17 +101,17 @@ TEST(DefaultProfile, ImpliedValueCarriesItsFileAsSource) {
 }
 
 TEST(DefaultProfile, ProfileAppliesOnlyToItsOwnFile) {
-    AnalysisSettings c = with_profile("frequency_sweep");
-    AnalysisSettings d;
-    d.spectral_fidelity.profile = "amp_sweep";
+    SettingsFile c = with_profile("frequency_sweep");
+    SettingsFile d;
+    file_setting(d, SettingId::spectral_profile) = text_setting("amp_sweep");
     apply_ok(c);
     apply_ok(d, "sonalyx-defaults.cfg");
-    EXPECT_EQ(c.spectral_fidelity.profile, "freq_sweep");
-    EXPECT_EQ(d.spectral_fidelity.profile, "amp_sweep");
+    EXPECT_EQ(text_in(c, SettingId::spectral_profile), "freq_sweep");
+    EXPECT_EQ(text_in(d, SettingId::spectral_profile), "amp_sweep");
 }
 
 TEST(DefaultProfile, UnknownValueForConfigFile) {
-    AnalysisSettings s = with_profile("deepscan");
+    SettingsFile s = with_profile("deepscan");
     std::string message;
     EXPECT_FALSE(apply_default_profile(s, "--config", message));
     EXPECT_EQ(message,
@@ -121,7 +121,7 @@ TEST(DefaultProfile, UnknownValueForConfigFile) {
 }
 
 TEST(DefaultProfile, UnknownValueForDefaultsFile) {
-    AnalysisSettings s = with_profile("Bit_Exact");
+    SettingsFile s = with_profile("Bit_Exact");
     std::string message;
     EXPECT_FALSE(apply_default_profile(s, "sonalyx-defaults.cfg", message));
     EXPECT_EQ(message,

@@ -251,13 +251,12 @@ TEST_F(ValidateConfig, RulesAreCheckedInOrder) {
 }
 
 TEST(ValidateFromFiles, SnapshotsTrueAndZeroThroughTheWholeChain) {
-    const AnalysisSettings five =
-        load_override_text(R"({"spectral_fidelity": {"snapshots": true}})");
+    const SettingsFile five = load_override_text(R"({"spectral_fidelity": {"snapshots": true}})");
     const AnalysisConfig config = resolve_plain(five, {});
     EXPECT_EQ(config.spectral_fidelity.snapshots.value.count, 5u);
     std::string message;
     EXPECT_TRUE(validate_analysis_config(config, 48000, message)) << message;
-    const AnalysisSettings zero = load_override_text(R"({"spectral_fidelity": {"snapshots": 0}})");
+    const SettingsFile zero = load_override_text(R"({"spectral_fidelity": {"snapshots": 0}})");
     EXPECT_FALSE(resolve_plain(zero, {}).spectral_fidelity.snapshots.set);
 }
 

@@ -61,24 +61,24 @@ void check_message(const std::string& message) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     ScratchFile scratch;
     if (!write_scratch_file(data, size, scratch)) return 0;
-    AnalysisSettings config_file;
-    DefaultsFileSettings defaults;
+    SettingsFile config_file;
+    SettingsFile defaults;
     std::string message;
     if (load_override_file(scratch.path, config_file) &&
         !apply_default_profile(config_file, "--config", message)) {
         check_message(message);
     }
     if (load_defaults_file(scratch.path, defaults) &&
-        !apply_default_profile(defaults.analysis, "sonalyx-defaults.cfg", message)) {
+        !apply_default_profile(defaults, "sonalyx-defaults.cfg", message)) {
         check_message(message);
     }
     constexpr std::uint32_t kRates[] = {22050, 44100, 48000, 88200, 96000, 192000};
     const std::uint32_t rate = kRates[size % 6];
     AnalysisConfig config;
-    resolve_analysis_config(config_file, defaults.analysis, flags_from(data, size), rate, size * 37,
-                            config);
+    resolve_analysis_config(config_file, defaults, flags_from(data, size), rate, size * 37, config);
     if (config.spectral_fidelity.fft_size.value == 0) __builtin_trap();
     if (!validate_analysis_config(config, rate, message)) check_message(message);
+    configuration_rows(config);
     AlignmentConfig alignment;
     resolve_alignment_config(config_file, defaults, alignment);
     alignment_max_search_samples(alignment, rate);

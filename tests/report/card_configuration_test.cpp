@@ -69,6 +69,7 @@ TEST(ConfigurationCard, OptionalRowsAndSources) {
     c.artifact.min_severity.value = 4.56789;
     c.bit_exact.gates_overall = {true, true, SettingSource::command_line};
     c.bit_accuracy.enabled = {true, true, SettingSource::config_file};
+    run.results.configuration = configuration_rows(c);
     const std::string text = card_of(run);
     const char* rows[] = {
         "<tr><td>Spectral Fidelity</td><td>Profile</td><td>amp_&lt;sweep&gt;</td><td>command "

@@ -4,6 +4,8 @@
 #pragma once
 
 #include "config/analysis_config.h"
+#include "config/configuration_rows.h"
+#include "config/resolve_settings.h"
 #include "report/report_inputs.h"
 #include "results/run_results.h"
 #include "support/memory_wav.h"
@@ -36,6 +38,7 @@ struct ReportCase {
         for (std::size_t c = 0; c < channels && c < 2; ++c)
             results.alignment.channel[c] = {true, 0, 1.0, false, false, AlignmentState::measured};
         resolve_analysis_config({}, {}, {}, kCaseRate, frames, results.config);
+        results.configuration = configuration_rows(results.config);
     }
 
     // The record as the driver hands it to the report: with the figures taken from both files.
