@@ -1,5 +1,5 @@
-// The JSON data element of the waveform envelope chart: the plot geometry, the scale, both
-// traces' 4096 columns and the failure markers.
+// The JSON data element of the waveform envelope chart: the plot geometry, the scale, the
+// elements that hold both traces' 4096 columns, and the failure markers.
 #include "report/chart_json.h"
 #include "report/chart_scales.h"
 #include "report/envelope_parts.h"
@@ -8,13 +8,9 @@
 
 namespace {
 
-// "{" min, max and valid "}"; null for an absent trace.
-bool append_trace(JsonOut out, const Envelope* envelope) {
-    if (envelope == nullptr) return json_raw(out, "null");
-    return json_raw(out, "{") && json_key(out, "min") && json_fixed_array(out, envelope->min, 4) &&
-           json_next_key(out, "max") && json_fixed_array(out, envelope->max, 4) &&
-           json_next_key(out, "valid") && json_flag_array(out, envelope->valid) &&
-           json_raw(out, "}");
+// The id of the element holding the trace, or null for an absent trace.
+bool append_trace_id(JsonOut out, const std::string* id) {
+    return id == nullptr ? json_raw(out, "null") : json_string(out, *id);
 }
 
 bool append_markers(JsonOut out, std::span<const ChartMarker> markers) {
@@ -41,11 +37,11 @@ bool append_view(JsonOut out, const EnvelopeView& view) {
 } // namespace
 
 // totalFrames is the view's frame count: the columns the element carries span the view.
-bool append_envelope_data(TextBuffer& page, const EnvelopeView& view, const Envelope& ref,
-                          const Envelope* dut) {
+bool append_envelope_data(TextBuffer& page, const EnvelopeView& view, const std::string& ref_id,
+                          const std::string* dut_id) {
     const JsonOut out = text_json_out(page);
     return append_chart_data_open(page, "sx-envelope-data", view.id_suffix, kEnvelopeArea) &&
-           append_view(out, view) && json_next_key(out, "ref") && append_trace(out, &ref) &&
-           json_next_key(out, "dut") && append_trace(out, dut) &&
+           append_view(out, view) && json_next_key(out, "ref") && append_trace_id(out, &ref_id) &&
+           json_next_key(out, "dut") && append_trace_id(out, dut_id) &&
            append_markers(out, view.markers) && json_raw(out, "}</script>\n");
 }

@@ -1,5 +1,5 @@
-// The JSON data element of the spectral chart: geometry, scale, tiers, both spectra, the tier
-// line markers, the fail marker and the peaks.
+// The JSON data element of the spectral chart: geometry, scale, tiers, the elements that hold
+// both spectra, the tier line markers, the fail marker and the peaks.
 #include "report/chart_json.h"
 #include "report/chart_scales.h"
 #include "report/spectral_parts.h"
@@ -24,10 +24,9 @@ bool append_head(JsonOut out, const SpectralChartData& chart) {
            append_tier_value(out, "tierPeakDb", chart.tiers.peak_db);
 }
 
-bool append_traces(JsonOut out, const SpectralChartData& chart) {
-    return json_next_key(out, "ref") && json_fixed_array(out, chart.ref_db, 2) &&
-           json_next_key(out, "dut") &&
-           (chart.dut_db.empty() ? json_raw(out, "null") : json_fixed_array(out, chart.dut_db, 2));
+bool append_traces(JsonOut out, const SpectralTraceIds& traces) {
+    return json_next_key(out, "ref") && json_string(out, traces.ref) && json_next_key(out, "dut") &&
+           (traces.dut == nullptr ? json_raw(out, "null") : json_string(out, *traces.dut));
 }
 
 bool append_tier_marker(JsonOut out, const TierLine& tier) {
@@ -71,10 +70,10 @@ bool append_peaks(JsonOut out, const SpectralChartData& chart) {
 } // namespace
 
 bool append_spectral_data(TextBuffer& page, const SpectralChartData& chart, const char* suffix,
-                          std::span<const TierLine> tiers) {
+                          std::span<const TierLine> tiers, const SpectralTraceIds& traces) {
     const JsonOut out = text_json_out(page);
     return append_chart_data_open(page, "sx-spectral-data", suffix, kSpectralArea) &&
-           append_head(out, chart) && append_traces(out, chart) &&
+           append_head(out, chart) && append_traces(out, traces) &&
            append_tier_markers(out, tiers) && append_fail(out, chart) && append_peaks(out, chart) &&
            json_raw(out, "}</script>\n");
 }
