@@ -42,8 +42,11 @@ bool append_signal_row(TextBuffer& page, const ReportInputs& in) {
 }
 
 bool write_analyze_report(FileReplacement& out, const ReportInputs& in) {
+    ChartDataSets chart_data;
+    ReportInputs inputs = in;
+    inputs.chart_data = &chart_data;
     TextBuffer page;
     text_buffer_init(page);
-    const bool built = append_analyze_page(page, in);
+    const bool built = append_analyze_page(page, inputs);
     return finish_page(page, built, out);
 }

@@ -26,6 +26,7 @@ bool append_worst_frame_chart(TextBuffer& page, const ReportInputs& in, unsigned
     chart.bin_hz = static_cast<double>(in.ref.sample_rate) / static_cast<double>(n);
     chart.nyquist_hz = static_cast<double>(in.ref.sample_rate) / 2.0;
     chart.id_suffix = "-distortion";
+    chart.data_sets = in.chart_data;
     // The check's gate for the fundamental is the one threshold worth drawing here.
     chart.tiers.noise_floor_db = in.results.config.distortion.noise_floor_db.value;
     const ChartFrame frame{.kind = ChartKind::spectral,

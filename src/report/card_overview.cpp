@@ -34,6 +34,7 @@ bool append_overview_chart(TextBuffer& page, const ReportInputs& in, unsigned ch
     view.id_suffix = id_suffix.c_str();
     view.title = "Full-file waveform overview";
     view.markers = markers;
+    view.data_sets = in.chart_data;
     return append_chart_frame_open(page, frame) && append_envelope_chart(page, view) &&
            append_chart_frame_close(page, frame);
 }

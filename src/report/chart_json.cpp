@@ -1,14 +1,20 @@
-// Number arrays of the charts' data elements.
+// The opening and the level range of the charts' data elements.
 #include "report/chart_json.h"
 
-bool append_json_number_array(TextBuffer& page, const char* name, std::span<const double> values,
-                              int decimals) {
-    if (!text_append_format(page, "\"%s\":[", name)) return false;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        if ((i > 0 && !text_append_char(page, ',')) ||
-            !text_append_fixed(page, values[i], decimals)) {
-            return false;
-        }
-    }
-    return text_append(page, "]");
+#include "report/chart_scales.h"
+
+bool append_chart_data_open(TextBuffer& page, const char* id, const char* suffix,
+                            const PlotArea& area) {
+    const JsonOut out = text_json_out(page);
+    return json_raw(out, "<script type=\"application/json\" id=\"") && json_raw(out, id) &&
+           json_raw(out, suffix) && json_raw(out, "\">{") && json_key(out, "chartLeft") &&
+           json_fixed(out, area.left, 1) && json_next_key(out, "chartRight") &&
+           json_fixed(out, area.right, 1) && json_next_key(out, "chartTop") &&
+           json_fixed(out, area.top, 1) && json_next_key(out, "chartBottom") &&
+           json_fixed(out, area.bottom, 1);
+}
+
+bool append_chart_level_range(JsonOut out) {
+    return json_next_key(out, "dbMin") && json_fixed(out, kChartDbMin, 1) &&
+           json_next_key(out, "dbMax") && json_fixed(out, kChartDbMax, 1);
 }

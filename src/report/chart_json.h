@@ -1,10 +1,12 @@
-// JSON pieces shared by the charts' data elements.
+// JSON pieces shared by the charts' data elements, written with the JSON writer.
 #pragma once
 
+#include "report/chart_svg.h"
 #include "report/text_buffer.h"
 
-#include <span>
-
-// "\"name\":[" the values with `decimals` decimals separated by commas, then "]".
-bool append_json_number_array(TextBuffer& page, const char* name, std::span<const double> values,
-                              int decimals);
+// "<script type=\"application/json\" id=\"<id><suffix>\">{" and the plot area as the members
+// chartLeft, chartRight, chartTop and chartBottom.
+bool append_chart_data_open(TextBuffer& page, const char* id, const char* suffix,
+                            const PlotArea& area);
+// The members ",\"dbMin\":" and ",\"dbMax\":" of the level scale every chart shares.
+bool append_chart_level_range(JsonOut out);

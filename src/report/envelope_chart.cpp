@@ -1,5 +1,5 @@
-// The waveform envelope chart: SVG head, axes, grid, both trace shapes, failure markers, the
-// detail-position line and the data element, in that order.
+// The waveform envelope chart: SVG head, axes, grid, failure markers, the detail-position line,
+// the traces' data sets and the data element, in that order. The page script draws the traces.
 #include "report/envelope_chart.h"
 
 #include "report/chart_scales.h"
@@ -68,15 +68,23 @@ bool complete(const Envelope* envelope) {
             envelope->valid.size() == kEnvelopeColumns);
 }
 
+// The trace elements the page does not hold yet, then the chart's data element.
+bool append_chart_data(TextBuffer& page, const EnvelopeView& view) {
+    std::string ref_id;
+    std::string dut_id;
+    return append_envelope_set(page, *view.data_sets, *view.ref, ref_id) &&
+           (view.dut == nullptr || append_envelope_set(page, *view.data_sets, *view.dut, dut_id)) &&
+           append_envelope_data(page, view, ref_id, view.dut != nullptr ? &dut_id : nullptr);
+}
+
 } // namespace
 
 bool append_envelope_chart(TextBuffer& page, const EnvelopeView& view) {
-    if (view.ref == nullptr || !complete(view.ref) || !complete(view.dut)) return false;
-    const Envelope& ref = *view.ref;
-    const Envelope* dut = view.dut;
+    if (view.ref == nullptr || view.data_sets == nullptr || !complete(view.ref) ||
+        !complete(view.dut)) {
+        return false;
+    }
     return append_svg_open(page, view) && append_frame_lines(page, view) &&
-           append_envelope_shape(page, ref, view.scale, kEnvelopeRefTrace) &&
-           (!dut || append_envelope_shape(page, *dut, view.scale, kEnvelopeDutTrace)) &&
            append_markers(page, view) && append_detail_line(page, view.detail_frac) &&
-           text_append(page, "</svg>\n") && append_envelope_data(page, view, ref, dut);
+           text_append(page, "</svg>\n") && append_chart_data(page, view);
 }

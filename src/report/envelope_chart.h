@@ -1,9 +1,10 @@
-// The waveform envelope chart: a view of one channel already reduced to 4096 min/max columns,
-// drawn as filled outlines of the reference and optionally the DUT, with grid, labels, failure
-// markers and the JSON data element the page script redraws from.
+// The waveform envelope chart: a view of one channel already reduced to 4096 min/max columns. The
+// server writes the chart's frame (axes, grid, labels, failure markers) and the JSON data the
+// page script draws the reference and optional DUT outlines from at load.
 #pragma once
 
 #include "dsp/envelope.h"
+#include "report/chart_data_sets.h"
 #include "report/text_buffer.h"
 
 #include <cstddef>
@@ -28,8 +29,10 @@ struct EnvelopeView {
     const char* id_suffix = ""; // appended to the svg and data element ids
     const char* title = "";     // the aria label: "Full-file waveform overview" or a detail view
     std::span<const ChartMarker> markers;
-    std::optional<double> detail_frac; // the dashed detail-position line, when given
+    std::optional<double> detail_frac;  // the dashed detail-position line, when given
+    ChartDataSets* data_sets = nullptr; // the page's embedded traces; the chart fails without
 };
 
-// The SVG and its data element "sx-envelope-data<suffix>".
+// The SVG, the elements of traces the page has not embedded yet, and the data element
+// "sx-envelope-data<suffix>".
 bool append_envelope_chart(TextBuffer& page, const EnvelopeView& view);

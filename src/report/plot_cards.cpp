@@ -33,7 +33,7 @@ constexpr PlotCard kPlotCards[] = {
 };
 
 bool append_plot_spectrum(TextBuffer& page, const PlotData& plot, const std::vector<double>& levels,
-                          PlotChart chart, const char* suffix) {
+                          PlotChart chart, const char* suffix, ChartDataSets& sets) {
     if (levels.empty()) return append_spectral_chart_note(page);
     const double rate = static_cast<double>(plot.file->sample_rate);
     SpectralChartData data;
@@ -43,12 +43,13 @@ bool append_plot_spectrum(TextBuffer& page, const PlotData& plot, const std::vec
     data.scale = chart == PlotChart::spectrum_log ? FrequencyScale::log : FrequencyScale::linear;
     data.id_suffix = suffix;
     data.tiers.noise_floor_db = plot.noise_floor_db;
+    data.data_sets = &sets;
     return append_spectral_chart(page, data);
 }
 
 // The energy chart's ids carry "-energy" so they differ from the overview chart's.
 bool append_plot_envelope(TextBuffer& page, const PlotData& plot, unsigned channel, PlotChart chart,
-                          const char* suffix) {
+                          const char* suffix, ChartDataSets& sets) {
     const bool energy = chart == PlotChart::energy;
     const std::string id_suffix = std::string(energy ? "-energy" : "") + suffix;
     EnvelopeView view;
@@ -59,6 +60,7 @@ bool append_plot_envelope(TextBuffer& page, const PlotData& plot, unsigned chann
     view.scale = energy ? EnvelopeScale::db : EnvelopeScale::linear;
     view.id_suffix = id_suffix.c_str();
     view.title = "Full-file waveform overview";
+    view.data_sets = &sets;
     return append_envelope_chart(page, view);
 }
 
@@ -67,7 +69,7 @@ bool is_spectrum(PlotChart chart) {
 }
 
 bool append_plot_chart(TextBuffer& page, const PlotData& plot, const PlotCard& card,
-                       unsigned channel, const std::vector<double>& levels) {
+                       unsigned channel, const std::vector<double>& levels, ChartDataSets& sets) {
     const char* suffix = channel_suffix(plot.file->channels, channel);
     const std::string frame_id = std::string(card.frame_id) + suffix;
     ChartFrame frame;
@@ -78,18 +80,19 @@ bool append_plot_chart(TextBuffer& page, const PlotData& plot, const PlotCard& c
     // Plain "scope" frames: only the analyze report's overview card is marked "scope overview".
     if (!append_chart_frame_open(page, frame)) return false;
     const bool drawn = is_spectrum(card.chart)
-                           ? append_plot_spectrum(page, plot, levels, card.chart, suffix)
-                           : append_plot_envelope(page, plot, channel, card.chart, suffix);
+                           ? append_plot_spectrum(page, plot, levels, card.chart, suffix, sets)
+                           : append_plot_envelope(page, plot, channel, card.chart, suffix, sets);
     return drawn && append_chart_frame_close(page, frame);
 }
 
-bool append_plot_card(TextBuffer& page, const PlotData& plot, const PlotCard& card) {
+bool append_plot_card(TextBuffer& page, const PlotData& plot, const PlotCard& card,
+                      ChartDataSets& sets) {
     const Badge badge{"info", "Single File"};
     if (!append_card_open(page, card.id, card.head, &badge)) return false;
     const std::uint32_t channels = plot.file->channels;
     for (unsigned c = 0; c < gallery_blocks(channels); ++c) {
         if (!append_gallery_heading(page, channels, c) ||
-            !append_plot_chart(page, plot, card, c, plot.figures.spectrum_db[c])) {
+            !append_plot_chart(page, plot, card, c, plot.figures.spectrum_db[c], sets)) {
             return false;
         }
     }
@@ -99,8 +102,9 @@ bool append_plot_card(TextBuffer& page, const PlotData& plot, const PlotCard& ca
 } // namespace
 
 bool append_plot_cards(TextBuffer& page, const PlotData& plot) {
+    ChartDataSets sets;
     for (const PlotCard& card : kPlotCards) {
-        if (!append_plot_card(page, plot, card)) return false;
+        if (!append_plot_card(page, plot, card, sets)) return false;
     }
     return true;
 }

@@ -1,8 +1,10 @@
 // What the analyze report is drawn from: the run's record, both decoded files (the charts read
-// their samples) and the finished results JSON text.
+// their samples), the finished results JSON text, and the record of the traces the page has
+// embedded so far, which the report writer provides.
 #pragma once
 
 #include "audio/wav_file.h"
+#include "report/chart_data_sets.h"
 #include "results/run_results.h"
 
 #include <string_view>
@@ -12,4 +14,5 @@ struct ReportInputs {
     const WavFile& ref;
     const WavFile& dut;
     std::string_view json_text;
+    ChartDataSets* chart_data = nullptr; // the traces the page has embedded; charts need it
 };

@@ -56,6 +56,7 @@ bool append_record_spectra(TextBuffer& page, const ReportInputs& in,
     chart.tiers = record_tiers(record);
     chart.fail = record_fail_marker(record);
     chart.peaks = peaks;
+    chart.data_sets = in.chart_data;
     return append_spectral_chart(page, chart);
 }
 

@@ -1,5 +1,6 @@
-// The spectral chart: SVG head, grid, axes with labels and titles, tier marks, both traces, the
-// fail marker, the labelled peaks and the data element, in that order.
+// The spectral chart: SVG head, grid, axes with labels and titles, tier marks, the fail marker,
+// the labelled peaks, the spectra's data sets and the data element, in that order. The page
+// script draws the spectra.
 #include "report/spectral_chart.h"
 
 #include "report/chart_scales.h"
@@ -31,24 +32,30 @@ bool append_axes(TextBuffer& page) {
     return append_axis_titles(page, "Frequency (Hz)", 304.0, "Amplitude (dB)", 144.0);
 }
 
-bool append_traces(TextBuffer& page, const SpectralChartData& chart) {
-    return append_spectral_trace(page, chart, chart.ref_db, "--ref-trace") &&
+// The spectra the page does not hold yet, then the chart's data element.
+bool append_chart_data(TextBuffer& page, const SpectralChartData& chart, const char* suffix,
+                       std::span<const TierLine> tiers) {
+    SpectralTraceIds traces;
+    std::string dut_id;
+    if (!chart.dut_db.empty()) traces.dut = &dut_id;
+    return append_spectrum_set(page, *chart.data_sets, chart.ref_db, traces.ref) &&
            (chart.dut_db.empty() ||
-            append_spectral_trace(page, chart, chart.dut_db, "--dut-trace"));
+            append_spectrum_set(page, *chart.data_sets, chart.dut_db, dut_id)) &&
+           append_spectral_data(page, chart, suffix, tiers, traces);
 }
 
 } // namespace
 
 // The linear scale's ids carry "-linear" after the caller's suffix.
 bool append_spectral_chart(TextBuffer& page, const SpectralChartData& chart) {
+    if (chart.data_sets == nullptr) return false;
     std::string suffix = chart.id_suffix;
     if (chart.scale == FrequencyScale::linear) suffix += "-linear";
     const std::vector<TierLine> tiers = tier_lines(chart.tiers);
     return append_svg_open(page, chart, suffix.c_str()) && append_spectral_grid(page, chart) &&
            append_axes(page) && append_tier_marks(page, chart.tiers, tiers) &&
-           append_traces(page, chart) && append_fail_marker(page, chart) &&
-           append_peak_labels(page, chart) && text_append(page, "</svg>\n") &&
-           append_spectral_data(page, chart, suffix.c_str(), tiers);
+           append_fail_marker(page, chart) && append_peak_labels(page, chart) &&
+           text_append(page, "</svg>\n") && append_chart_data(page, chart, suffix.c_str(), tiers);
 }
 
 bool append_spectral_chart_note(TextBuffer& page) {

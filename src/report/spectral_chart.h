@@ -1,9 +1,11 @@
 // The spectral chart: the magnitude spectrum of one frame of the reference and optionally the DUT
-// on a log or linear frequency scale, with tier bands and lines, a fail marker, labelled peaks and
-// the JSON data element the page script redraws from.
+// on a log or linear frequency scale, with tier bands and lines, a fail marker and labelled peaks.
+// The server writes the chart's frame and marks and the JSON data the page script draws both
+// spectra from at load.
 #pragma once
 
 #include "audio/wav_file.h"
+#include "report/chart_data_sets.h"
 #include "report/text_buffer.h"
 
 #include <cstddef>
@@ -41,9 +43,11 @@ struct SpectralChartData {
     SpectralTierLines tiers;
     std::optional<SpectralFailMarker> fail;
     std::span<const SpectralPeakLabel> peaks;
+    ChartDataSets* data_sets = nullptr; // the page's embedded traces; the chart fails without
 };
 
-// The SVG and its data element "sx-spectral-data<suffix>".
+// The SVG, the elements of spectra the page has not embedded yet, and the data element
+// "sx-spectral-data<suffix>".
 bool append_spectral_chart(TextBuffer& page, const SpectralChartData& chart);
 
 // The note that replaces a spectral chart when the overlap is too short for a frame.

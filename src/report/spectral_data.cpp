@@ -1,5 +1,5 @@
-// The JSON data element of the spectral chart: geometry, scale, tiers, both spectra, the tier
-// line markers, the fail marker and the peaks.
+// The JSON data element of the spectral chart: geometry, scale, tiers, the elements that hold
+// both spectra, the tier line markers, the fail marker and the peaks.
 #include "report/chart_json.h"
 #include "report/chart_scales.h"
 #include "report/spectral_parts.h"
@@ -9,70 +9,71 @@
 namespace {
 
 // "%.2f", or null for a tier that is not set (the noise floor included).
-bool append_tier_value(TextBuffer& page, const std::optional<double>& db) {
-    return db ? text_append_format(page, "%.2f", *db) : text_append(page, "null");
+bool append_tier_value(JsonOut out, const char* key, const std::optional<double>& db) {
+    return json_next_key(out, key) && (db ? json_fixed(out, *db, 2) : json_raw(out, "null"));
 }
 
-bool append_head(TextBuffer& page, const SpectralChartData& chart, const char* suffix) {
-    return text_append_format(
-               page,
-               "<script type=\"application/json\" id=\"sx-spectral-data%s\">{\"chartLeft\":%.1f,"
-               "\"chartRight\":%.1f,\"chartTop\":%.1f,\"chartBottom\":%.1f,\"binHz\":%.6f,"
-               "\"nyquistHz\":%.3f,\"freqMinHz\":%.1f,\"dbMin\":%.1f,\"dbMax\":%.1f,"
-               "\"freqScale\":\"%s\",\"tierNoiseFloorDb\":",
-               suffix, kSpectralArea.left, kSpectralArea.right, kSpectralArea.top,
-               kSpectralArea.bottom, chart.bin_hz, chart.nyquist_hz, kLogFrequencyMinHz,
-               kChartDbMin, kChartDbMax, chart.scale == FrequencyScale::log ? "log" : "linear") &&
-           append_tier_value(page, chart.tiers.noise_floor_db) &&
-           text_append(page, ",\"tierNonPeakDb\":") &&
-           append_tier_value(page, chart.tiers.low_level_db) &&
-           text_append(page, ",\"tierPeakDb\":") && append_tier_value(page, chart.tiers.peak_db) &&
-           text_append(page, ",");
+bool append_head(JsonOut out, const SpectralChartData& chart) {
+    return json_next_key(out, "binHz") && json_fixed(out, chart.bin_hz, 6) &&
+           json_next_key(out, "nyquistHz") && json_fixed(out, chart.nyquist_hz, 3) &&
+           json_next_key(out, "freqMinHz") && json_fixed(out, kLogFrequencyMinHz, 1) &&
+           append_chart_level_range(out) && json_next_key(out, "freqScale") &&
+           json_string(out, chart.scale == FrequencyScale::log ? "log" : "linear") &&
+           append_tier_value(out, "tierNoiseFloorDb", chart.tiers.noise_floor_db) &&
+           append_tier_value(out, "tierNonPeakDb", chart.tiers.low_level_db) &&
+           append_tier_value(out, "tierPeakDb", chart.tiers.peak_db);
 }
 
-// A comma separates "ref" and "dut" so the element stays valid JSON.
-bool append_traces(TextBuffer& page, const SpectralChartData& chart) {
-    return append_json_number_array(page, "ref", chart.ref_db, 2) && text_append(page, ",") &&
-           (chart.dut_db.empty() ? text_append(page, "\"dut\":null")
-                                 : append_json_number_array(page, "dut", chart.dut_db, 2));
+bool append_traces(JsonOut out, const SpectralTraceIds& traces) {
+    return json_next_key(out, "ref") && json_string(out, traces.ref) && json_next_key(out, "dut") &&
+           (traces.dut == nullptr ? json_raw(out, "null") : json_string(out, *traces.dut));
 }
 
-bool append_tier_markers(TextBuffer& page, std::span<const TierLine> tiers) {
-    if (!text_append(page, ",\"markers\":[")) return false;
+bool append_tier_marker(JsonOut out, const TierLine& tier) {
+    return json_raw(out, "{") && json_key(out, "db") && json_fixed(out, tier.db, 2) &&
+           json_next_key(out, "text") && json_string(out, tier.text) &&
+           json_next_key(out, "color") && json_string(out, kTierColour) &&
+           json_next_key(out, "dash") && json_string(out, kTierDash) &&
+           json_next_key(out, "align") && json_string(out, kTierAlign) && json_raw(out, "}");
+}
+
+bool append_tier_markers(JsonOut out, std::span<const TierLine> tiers) {
+    if (!json_next_key(out, "markers") || !json_raw(out, "[")) return false;
     for (std::size_t i = 0; i < tiers.size(); ++i) {
-        if (!text_append_format(page, "%s{\"db\":%.2f,\"text\":\"", i == 0 ? "" : ",",
-                                tiers[i].db) ||
-            !text_append_json(page, tiers[i].text.c_str()) ||
-            !text_append_format(page, "\",\"color\":\"%s\",\"dash\":\"%s\",\"align\":\"%s\"}",
-                                kTierColour, kTierDash, kTierAlign)) {
-            return false;
-        }
+        if (!json_separator(out, i) || !append_tier_marker(out, tiers[i])) return false;
     }
-    return text_append(page, "]");
+    return json_raw(out, "]");
 }
 
-bool append_fail_and_peaks(TextBuffer& page, const SpectralChartData& chart) {
-    if (!(chart.fail ? text_append_format(page, ",\"failMarker\":{\"freqHz\":%.3f,\"diffDb\":%.2f}",
-                                          chart.fail->freq_hz, chart.fail->diff_db)
-                     : text_append(page, ",\"failMarker\":null")) ||
-        !text_append(page, ",\"peaks\":[")) {
-        return false;
-    }
+bool append_fail(JsonOut out, const SpectralChartData& chart) {
+    if (!json_next_key(out, "failMarker")) return false;
+    if (!chart.fail) return json_raw(out, "null");
+    return json_raw(out, "{") && json_key(out, "freqHz") &&
+           json_fixed(out, chart.fail->freq_hz, 3) && json_next_key(out, "diffDb") &&
+           json_fixed(out, chart.fail->diff_db, 2) && json_raw(out, "}");
+}
+
+bool append_peak(JsonOut out, const SpectralPeakLabel& peak) {
+    return json_raw(out, "{") && json_key(out, "freqHz") && json_fixed(out, peak.freq_hz, 3) &&
+           json_next_key(out, "levelDb") && json_fixed(out, peak.level_db, 2) &&
+           json_next_key(out, "tier") && json_integer(out, peak.tier) && json_raw(out, "}");
+}
+
+bool append_peaks(JsonOut out, const SpectralChartData& chart) {
+    if (!json_next_key(out, "peaks") || !json_raw(out, "[")) return false;
     for (std::size_t i = 0; i < chart.peaks.size(); ++i) {
-        const SpectralPeakLabel& peak = chart.peaks[i];
-        if (!text_append_format(page, "%s{\"freqHz\":%.3f,\"levelDb\":%.2f,\"tier\":%d}",
-                                i == 0 ? "" : ",", peak.freq_hz, peak.level_db, peak.tier)) {
-            return false;
-        }
+        if (!json_separator(out, i) || !append_peak(out, chart.peaks[i])) return false;
     }
-    return text_append(page, "]");
+    return json_raw(out, "]");
 }
 
 } // namespace
 
 bool append_spectral_data(TextBuffer& page, const SpectralChartData& chart, const char* suffix,
-                          std::span<const TierLine> tiers) {
-    return append_head(page, chart, suffix) && append_traces(page, chart) &&
-           append_tier_markers(page, tiers) && append_fail_and_peaks(page, chart) &&
-           text_append(page, "}</script>\n");
+                          std::span<const TierLine> tiers, const SpectralTraceIds& traces) {
+    const JsonOut out = text_json_out(page);
+    return append_chart_data_open(page, "sx-spectral-data", suffix, kSpectralArea) &&
+           append_head(out, chart) && append_traces(out, traces) &&
+           append_tier_markers(out, tiers) && append_fail(out, chart) && append_peaks(out, chart) &&
+           json_raw(out, "}</script>\n");
 }

@@ -38,15 +38,16 @@ inline constexpr const char* kTierAlign = "start";
 bool append_tier_marks(TextBuffer& page, const SpectralTierLines& tiers,
                        std::span<const TierLine> lines);
 
-// One spectrum as a polyline in the colour variable `colour`; bins below 20 Hz are left out on
-// the log scale.
-bool append_spectral_trace(TextBuffer& page, const SpectralChartData& chart,
-                           std::span<const double> levels_db, const char* colour);
-
 // The fail marker (when the chart has one) and the labelled peaks.
 bool append_fail_marker(TextBuffer& page, const SpectralChartData& chart);
 bool append_peak_labels(TextBuffer& page, const SpectralChartData& chart);
 
+// The elements naming both spectra in the data element: `dut` is null when there is no DUT.
+struct SpectralTraceIds {
+    std::string ref;
+    const std::string* dut = nullptr;
+};
+
 // The JSON data element "sx-spectral-data<suffix>".
 bool append_spectral_data(TextBuffer& page, const SpectralChartData& chart, const char* suffix,
-                          std::span<const TierLine> tiers);
+                          std::span<const TierLine> tiers, const SpectralTraceIds& traces);

@@ -2,11 +2,10 @@
 #include "report/text_buffer.h"
 
 #include "audio/out_of_memory.h"
-#include "results/json_escape.h"
+#include "results/json_writer.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -79,12 +78,6 @@ std::string_view html_path_escape(unsigned char byte, EscapeScratch& scratch) {
     return html_escape(byte, scratch);
 }
 
-// The results writers' rule (results/json_escape.h), so that every JSON text of the program is
-// escaped alike.
-std::string_view json_escape(unsigned char byte, EscapeScratch& /*scratch*/) {
-    return json_escaped_byte(byte);
-}
-
 bool append_escaped(TextBuffer& buffer, const char* text, ByteEscape escape) {
     EscapeScratch scratch{};
     for (const char* p = text; *p != '\0'; ++p) {
@@ -149,30 +142,35 @@ bool text_append_format(TextBuffer& buffer, const char* format, ...) {
 
 namespace {
 
-// Room for any double in fixed notation with up to 17 decimals: 309 integer digits, sign, point.
-constexpr std::size_t kFixedChars = 352;
-
-char* put_fixed(char* out, char* end, double value, int decimals) {
-    return std::to_chars(out, end, value, std::chars_format::fixed, decimals).ptr;
+bool append_to_buffer(void* target, std::string_view bytes) {
+    return text_append_bytes(*static_cast<TextBuffer*>(target), bytes.data(), bytes.size());
 }
 
 } // namespace
 
+JsonOut text_json_out(TextBuffer& buffer) {
+    return {&buffer, append_to_buffer};
+}
+
 bool text_append_fixed(TextBuffer& buffer, double value, int decimals) {
-    char text[kFixedChars];
-    const char* end = put_fixed(text, text + sizeof text, value, decimals);
-    return text_append_bytes(buffer, text, static_cast<std::uint64_t>(end - text));
+    JsonNumberChars chars{};
+    const std::string_view text = json_format_fixed(value, decimals, chars);
+    return text_append_bytes(buffer, text.data(), text.size());
 }
 
 bool text_append_point(TextBuffer& buffer, std::string_view lead, double x, double y,
                        int decimals) {
-    char text[2 * kFixedChars + 16];
-    char* out = std::copy_n(lead.data(), std::min<std::size_t>(lead.size(), 8), text);
-    out = put_fixed(out, text + sizeof text, x, decimals);
+    JsonNumberChars x_chars{};
+    JsonNumberChars y_chars{};
+    const std::string_view x_text = json_format_fixed(x, decimals, x_chars);
+    const std::string_view y_text = json_format_fixed(y, decimals, y_chars);
+    std::array<char, 2 * std::tuple_size_v<JsonNumberChars> + 16> text{};
+    char* out = std::copy_n(lead.data(), std::min<std::size_t>(lead.size(), 8), text.data());
+    out = std::copy(x_text.begin(), x_text.end(), out);
     *out++ = ',';
-    out = put_fixed(out, text + sizeof text, y, decimals);
+    out = std::copy(y_text.begin(), y_text.end(), out);
     *out++ = ' ';
-    return text_append_bytes(buffer, text, static_cast<std::uint64_t>(out - text));
+    return text_append_bytes(buffer, text.data(), static_cast<std::uint64_t>(out - text.data()));
 }
 
 bool text_append_html(TextBuffer& buffer, const char* text) {
@@ -184,5 +182,5 @@ bool text_append_html_path(TextBuffer& buffer, const char* text) {
 }
 
 bool text_append_json(TextBuffer& buffer, const char* text) {
-    return append_escaped(buffer, text, json_escape);
+    return json_escaped(text_json_out(buffer), text);
 }

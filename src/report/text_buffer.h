@@ -3,6 +3,8 @@
 // false when the buffer cannot grow; the buffer then keeps its previous data, length and capacity.
 #pragma once
 
+#include "results/json_writer.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -31,9 +33,9 @@ bool text_append_char(TextBuffer& buffer, char c);
 bool text_append_format(TextBuffer& buffer, const char* format, ...)
     __attribute__((format(printf, 2, 3)));
 
-// Appends `value` exactly as "%.*f" with `decimals` (0 to 17) prints it. The characters come from
-// std::to_chars, which is defined to match printf and is several times quicker, so the charts'
-// long runs of numbers use this.
+// Appends `value` exactly as "%.*f" with `decimals` (0 to 17) prints it, formatted by the JSON
+// writer's number formatter (results/json_writer.h), which is several times quicker than printf,
+// so the charts' long runs of numbers use this.
 bool text_append_fixed(TextBuffer& buffer, double value, int decimals);
 // "<lead><x>,<y> " with both numbers as "%.*f" with `decimals` (0 to 17) prints them: one chart
 // point. `lead` is at most 8 characters ("M", "L" or nothing).
@@ -48,3 +50,5 @@ bool text_append_html_path(TextBuffer& buffer, const char* text);
 // JSON string contents (no surrounding quotes) by the one rule of results/json_escape.h: " \ tab
 // LF CR as backslash pairs, other bytes below 32 as \u00xx; '/' and bytes 127-255 pass unchanged.
 bool text_append_json(TextBuffer& buffer, const char* text);
+// The JSON writer of results/json_writer.h appending to `buffer`.
+JsonOut text_json_out(TextBuffer& buffer);

@@ -36,6 +36,7 @@ EnvelopeView figure_view(const ReportInputs& in, const WaveformFigure& figure) {
     view.sample_rate = in.ref.sample_rate;
     view.first_frame = figure.first_frame;
     view.frame_count = figure.frame_count;
+    view.data_sets = in.chart_data;
     return view;
 }
 

@@ -1,6 +1,7 @@
 // The pages the browser tests look at, made by the real executable from WAV files written here: a
-// stereo analyze report with failures, snapshots, deepscan and impulse cards; a plot page; and an
-// ERROR page (a DUT at a different sample rate).
+// stereo analyze report with failures, snapshots, deepscan and impulse cards; a plot page; an
+// ERROR page (a DUT at a different sample rate); and plot pages of a three-frame file and of a
+// one-frame file above full scale, whose outlines are small enough to check point by point.
 import { spawnSync } from 'node:child_process';
 import { existsSync, mkdirSync, rmSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
@@ -46,8 +47,8 @@ function dutChannel(reference, channel) {
   return data;
 }
 
-function writeWav(path, channels, sampleRate) {
-  writeFileSync(path, wavBytes(channels, sampleRate));
+function writeWav(path, channels, sampleRate, options) {
+  writeFileSync(path, wavBytes(channels, sampleRate, options));
   return path;
 }
 
@@ -72,15 +73,21 @@ export function makePages(exe, outDir) {
   const refPath = writeWav(join(dir, 'reference.wav'), reference, SAMPLE_RATE);
   const dutPath = writeWav(join(dir, 'dut.wav'), dut, SAMPLE_RATE);
   const otherRatePath = writeWav(join(dir, 'dut-44k.wav'), reference, 44100);
+  const threeFramesPath = writeWav(join(dir, 'three-frames.wav'), [Float64Array.of(0.5, -0.25, 0.75)], SAMPLE_RATE, { float: true });
+  const overScalePath = writeWav(join(dir, 'over-scale.wav'), [Float64Array.of(1.5)], SAMPLE_RATE, { float: true });
   const pages = {
     analyze: join(outDir, 'analyze.html'),
     plot: join(outDir, 'plot.html'),
-    error: join(outDir, 'error.html')
+    error: join(outDir, 'error.html'),
+    threeFrames: join(outDir, 'plot-three-frames.html'),
+    overScale: join(outDir, 'plot-over-scale.html')
   };
   for (const path of Object.values(pages)) rmSync(path, { force: true });
   runSonalyx(exe, ['analyze', '--ref', refPath, '--dut', dutPath, '--out', pages.analyze,
     '--snapshots', '3', '--deepscan', '--impulse', '--quiet'], 0, pages.analyze);
   runSonalyx(exe, ['plot', '--input', refPath, '--out', pages.plot], 0, pages.plot);
+  runSonalyx(exe, ['plot', '--input', threeFramesPath, '--out', pages.threeFrames], 0, pages.threeFrames);
+  runSonalyx(exe, ['plot', '--input', overScalePath, '--out', pages.overScale], 0, pages.overScale);
   runSonalyx(exe, ['analyze', '--ref', refPath, '--dut', otherRatePath, '--out', pages.error,
     '--quiet'], 1, pages.error);
   return pages;

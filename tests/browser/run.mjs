@@ -9,6 +9,7 @@ import { createRunner, launchBrowser } from './harness.mjs';
 import { chartTests } from './charts.mjs';
 import { pageTests } from './pages.mjs';
 import { themeTests } from './theme.mjs';
+import { traceTests } from './traces.mjs';
 
 async function main(argv) {
   if (argv.length !== 2) {
@@ -29,6 +30,7 @@ async function main(argv) {
     await pageTests(runner, browser, pages, outDir);
     await themeTests(runner, browser, pages, outDir);
     await chartTests(runner, browser, pages, outDir);
+    await traceTests(runner, browser, pages);
   } finally {
     await browser.close();
   }

@@ -29,7 +29,8 @@ struct OverviewCase {
     std::string card() const {
         RunResults prepared = results;
         build_page_figures(prepared, ref, dut, prepared.figures);
-        const ReportInputs in{prepared, ref, dut, ""};
+        ChartDataSets chart_data;
+        const ReportInputs in{prepared, ref, dut, "", &chart_data};
         return render_text([&](TextBuffer& page) { return append_overview_card(page, in); });
     }
 };

@@ -1,4 +1,4 @@
-// The waveform envelope chart: the 4096-column reduction, the one-pass outline, the grids and
+// The waveform envelope chart: the 4096-column reduction, the embedded traces, the grids and
 // their labels, markers, the detail line and the data element.
 #include "report/envelope_chart.h"
 
@@ -18,13 +18,31 @@ using EnvelopeChart = TextBufferTest;
 
 constexpr std::size_t kLast = kEnvelopeColumns - 1;
 
-// The d attribute of the shape drawn for `trace` ("ref" or "dut").
-std::string path_of(const std::string& page, const std::string& trace) {
-    const std::string key = "data-trace=\"" + trace + "\" d=\"";
+// The id the chart's data element names for `trace` ("ref" or "dut"), or "null".
+std::string trace_id(const std::string& page, const std::string& trace) {
+    const std::string key = "\"" + trace + "\":";
+    const std::size_t start = page.find(key, page.find("id=\"sx-envelope-data"));
+    if (start == std::string::npos) return "<missing>";
+    const std::size_t from = start + key.size();
+    return page.substr(from, page.find_first_of(",}", from) - from);
+}
+
+// The JSON text of the trace element with id `id` (quoted, as the data element names it).
+std::string trace_set(const std::string& page, const std::string& id) {
+    const std::string key = "id=" + id + ">";
     const std::size_t start = page.find(key);
     if (start == std::string::npos) return "<missing>";
     const std::size_t from = start + key.size();
-    return page.substr(from, page.find('"', from) - from);
+    return page.substr(from, page.find("</script>", from) - from);
+}
+
+// The JSON array text of `name` in a trace element.
+std::string set_array(const std::string& set, const std::string& name) {
+    const std::string key = "\"" + name + "\":[";
+    const std::size_t start = set.find(key);
+    if (start == std::string::npos) return "<missing>";
+    const std::size_t from = start + key.size();
+    return set.substr(from, set.find(']', from) - from);
 }
 
 // A chart's view of in-memory files; drawing it reduces their envelopes first, as the page's
@@ -57,61 +75,79 @@ bool draw(TextBuffer& page, ChartCase chart) {
     chart.ref = &ref;
     chart.dut = chart.dut_file != nullptr ? &dut : nullptr;
     chart.sample_rate = chart.ref_file->sample_rate;
+    ChartDataSets sets;
+    chart.data_sets = &sets;
     return append_envelope_chart(page, chart);
 }
 
-TEST_F(EnvelopeChart, OutlineOfThreeFramesGivesOnlyTheLastPieceItsLowerEdge) {
+// The page script draws the outlines from the data; the server writes only the chart's frame.
+TEST_F(EnvelopeChart, ServerDrawsNoTraceShape) {
     const WavFile file = memory_wav({{0.5, -0.25, 0.75}}, 48000);
-    ASSERT_TRUE(draw(buffer, view_of(file, 0, 3)));
-    EXPECT_EQ(path_of(content(), "ref"), "M368.59,52.58 L368.82,52.58 Z "
-                                         "M679.18,98.21 L679.41,98.21 Z "
-                                         "M989.77,37.38 L990.00,37.38 L989.77,37.38 Z ");
-    EXPECT_NE(content().find("<path fill=\"var(--ref-trace)\" fill-opacity=\"0.85\" "
-                             "stroke=\"none\" data-trace=\"ref\" d=\"M368.59"),
-              std::string::npos);
+    ChartCase view = view_of(file, 0, 3);
+    view.dut_file = &file;
+    ASSERT_TRUE(draw(buffer, view));
+    const std::string svg = content().substr(0, content().find("</svg>"));
+    EXPECT_EQ(svg.find("<path"), std::string::npos);
+    EXPECT_EQ(svg.find("data-trace"), std::string::npos);
+    EXPECT_EQ(svg.find("-trace)"), std::string::npos);
 }
 
-TEST_F(EnvelopeChart, InvalidLastColumnLeavesEveryPieceWithoutLowerEdge) {
-    const WavFile file = memory_wav({{0.5, -0.25}}, 48000);
-    ASSERT_TRUE(draw(buffer, view_of(file, 0, 3)));
-    EXPECT_EQ(path_of(content(), "ref"),
-              "M368.59,52.58 L368.82,52.58 Z M679.18,98.21 L679.41,98.21 Z ");
-}
-
-TEST_F(EnvelopeChart, FullViewWalksTheLowerEdgeBackToTheFirstColumn) {
-    const WavFile file = memory_wav({std::vector<double>(kEnvelopeColumns, 0.6)}, 48000);
-    ASSERT_TRUE(draw(buffer, view_of(file, 0, kEnvelopeColumns)));
-    const std::string d = path_of(content(), "ref");
-    EXPECT_EQ(d.rfind("M58.00,46.50 L58.23,46.50 L58.46,46.50 ", 0), 0U);
-    EXPECT_EQ(count_of(d, "L"), 2 * kEnvelopeColumns);
-    EXPECT_EQ(count_of(d, "Z "), 1U);
-    EXPECT_EQ(d.substr(d.size() - 28), "L58.23,46.50 L58.00,46.50 Z ");
-}
-
-TEST_F(EnvelopeChart, SilentFileOnTheDbScaleDrawsBothShapesAtTheFloor) {
+TEST_F(EnvelopeChart, SilentFileOnTheDbScaleHoldsTheFloorInBothTraces) {
     const WavFile silent = memory_wav({std::vector<double>(10, 0.0)}, 48000);
     ChartCase view = view_of(silent, 0, 10);
     view.dut_file = &silent;
     view.scale = EnvelopeScale::db;
     ASSERT_TRUE(draw(buffer, view));
-    for (const char* trace : {"ref", "dut"}) {
-        const std::string d = path_of(content(), trace);
-        const std::vector<std::string> heights = texts_after(d, ",", ' ');
-        for (const std::string& y : heights) {
-            EXPECT_EQ(y, "156.00") << trace;
-        }
-        // Ten two-point pieces and one lower-edge point.
-        EXPECT_EQ(heights.size(), 2 * 10U + 1U) << trace;
-    }
-    EXPECT_NE(content().find("<path fill=\"var(--dut-trace)\" fill-opacity=\"0.55\" "
-                             "stroke=\"none\" data-trace=\"dut\" d=\""),
-              std::string::npos);
+    const std::string id = trace_id(content(), "ref");
+    // Equal traces are embedded once and named by both.
+    EXPECT_EQ(id, "\"sx-envelope-set-0\"");
+    EXPECT_EQ(trace_id(content(), "dut"), id);
+    EXPECT_EQ(count_of(content(), "id=\"sx-envelope-set-"), 1U);
+    const std::string set = trace_set(content(), id);
+    // Every column, valid or not, stands at the floor.
+    EXPECT_EQ(count_of(set_array(set, "min"), "-140.0000"), kEnvelopeColumns);
+    EXPECT_EQ(count_of(set_array(set, "max"), "-140.0000"), kEnvelopeColumns);
+    EXPECT_EQ(count_of(set_array(set, "valid"), "1"), 10U);
+    EXPECT_NE(content().find("\"yScale\":\"db\""), std::string::npos);
 }
 
-TEST_F(EnvelopeChart, AmplitudeAboveTheScaleIsDrawnAtTheTop) {
-    const WavFile file = memory_wav({{1.5}}, 48000);
-    ASSERT_TRUE(draw(buffer, view_of(file, 0, 1)));
-    EXPECT_EQ(path_of(content(), "ref"), "M989.77,10.00 L990.00,10.00 L989.77,10.00 Z ");
+// Every distinct trace of a page is embedded once, before the first chart that names it.
+TEST_F(EnvelopeChart, TracesOfSeveralChartsAreEmbeddedOnce) {
+    const WavFile file = memory_wav({{0.5, -0.25, 0.75}}, 48000);
+    const Envelope whole = reduce_envelope(file, 0, 0, 3, 0, EnvelopeScale::linear);
+    const Envelope copy = whole;
+    const Envelope part = reduce_envelope(file, 0, 0, 2, 0, EnvelopeScale::linear);
+    ChartDataSets sets;
+    EnvelopeView first;
+    first.ref = &whole;
+    first.dut = &part;
+    first.sample_rate = 48000;
+    first.frame_count = 3;
+    first.id_suffix = "-one";
+    first.data_sets = &sets;
+    EnvelopeView second = first;
+    second.ref = &part;
+    second.dut = &copy;
+    second.id_suffix = "-two";
+    ASSERT_TRUE(append_envelope_chart(buffer, first) && append_envelope_chart(buffer, second));
+    const std::string page = content();
+    EXPECT_EQ(count_of(page, "id=\"sx-envelope-set-"), 2U);
+    EXPECT_NE(page.find("\"ref\":\"sx-envelope-set-0\",\"dut\":\"sx-envelope-set-1\",\"markers\""),
+              std::string::npos);
+    EXPECT_NE(page.find("\"ref\":\"sx-envelope-set-1\",\"dut\":\"sx-envelope-set-0\",\"markers\""),
+              std::string::npos);
+    EXPECT_LT(page.find("id=\"sx-envelope-set-1\""), page.find("id=\"sx-envelope-data-one\""));
+    EXPECT_EQ(sets.envelopes.size(), 2U);
+}
+
+// A chart without the page's record of embedded traces is refused rather than drawn half.
+TEST_F(EnvelopeChart, ChartWithoutDataSetsFails) {
+    const WavFile file = memory_wav({{0.5}}, 48000);
+    const Envelope envelope = reduce_envelope(file, 0, 0, 1, 0, EnvelopeScale::linear);
+    EnvelopeView view;
+    view.ref = &envelope;
+    view.frame_count = 1;
+    EXPECT_FALSE(append_envelope_chart(buffer, view));
 }
 
 TEST_F(EnvelopeChart, DataElementOfATinyView) {
@@ -134,11 +170,14 @@ TEST_F(EnvelopeChart, DataElementOfATinyView) {
     }
     max_values = min_values;
     const std::string expected =
+        "<script type=\"application/json\" id=\"sx-envelope-set-0\">{\"min\":[" + min_values +
+        "],\"max\":[" + max_values + "],\"valid\":[" + valid +
+        "]}</script>\n"
         "<script type=\"application/json\" id=\"sx-envelope-data-t\">{\"chartLeft\":58.0,"
         "\"chartRight\":990.0,\"chartTop\":10.0,\"chartBottom\":156.0,\"sampleRate\":48000,"
-        "\"totalFrames\":3,\"yScale\":\"amp\",\"dbMin\":-140.0,\"dbMax\":20.0,\"ref\":{\"min\":[" +
-        min_values + "],\"max\":[" + max_values + "],\"valid\":[" + valid +
-        "]},\"dut\":null,\"markers\":[{\"label\":\"Level Fidelity\",\"frac\":0.500000},"
+        "\"totalFrames\":3,\"yScale\":\"amp\",\"dbMin\":-140.0,\"dbMax\":20.0,"
+        "\"ref\":\"sx-envelope-set-0\",\"dut\":null,\"markers\":[{\"label\":\"Level "
+        "Fidelity\",\"frac\":0.500000},"
         "{\"label\":\"a\\\"b\",\"frac\":1.500000}]}</script>\n";
     const std::string page = content();
     const std::size_t start = page.find("<script");
@@ -296,10 +335,10 @@ TEST_F(EnvelopeChart, DutTraceReadsAtItsOffset) {
     view.dut_file = &dut;
     view.dut_offset = 1;
     ASSERT_TRUE(draw(buffer, view));
-    EXPECT_EQ(path_of(content(), "dut"), path_of(content(), "ref"));
+    EXPECT_EQ(trace_id(content(), "dut"), trace_id(content(), "ref"));
+    EXPECT_EQ(count_of(content(), "id=\"sx-envelope-set-"), 1U);
     EXPECT_NE(content().find("aria-label=\"Full-file waveform overview, reference vs. DUT\">\n"),
               std::string::npos);
-    EXPECT_EQ(count_of(content(), "\"dut\":{\"min\":[0.0000,"), 1U);
 }
 
 } // namespace

@@ -41,12 +41,17 @@ std::string plot_page(const WavFile& file, const TesterInfo* tester = nullptr) {
     return read_text_file(path);
 }
 
-// The largest value of the "ref" array of the spectral data element with id suffix `suffix`.
+// The largest value of the spectrum that the spectral data element with id suffix `suffix` names
+// as its "ref".
 double spectral_data_peak(const std::string& page, const std::string& suffix) {
     const std::string data = slice_of(page, "id=\"sx-spectral-data" + suffix + "\">", "</script>");
-    const std::string values = slice_of(data, "\"ref\":[", "]");
+    const std::string ref_key = "\"ref\":\"";
+    const std::string named = slice_of(data, ref_key, "\",");
+    const std::string set_key =
+        "id=\"" + named.substr(ref_key.size(), named.size() - ref_key.size() - 2) + "\">[";
+    const std::string values = slice_of(page, set_key, "]");
     double peak = -1000.0;
-    const char* at = values.c_str() + 7;
+    const char* at = values.c_str() + set_key.size();
     while (*at != ']' && *at != '\0') {
         char* end = nullptr;
         peak = std::max(peak, std::strtod(at, &end));
@@ -130,6 +135,9 @@ TEST(PlotPage, ChartsAreSingleTraceWithTheirScales) {
         slice_of(page, "id=\"sx-envelope-data-energy\">", "</script>").find("\"yScale\":\"db\""),
         std::string::npos);
     EXPECT_NE(page.find("\"binHz\":7.812500,\"nyquistHz\":4000.000,"), std::string::npos);
+    // Both frequency scales draw the same spectrum, embedded once.
+    EXPECT_EQ(count_of(page, "id=\"sx-spectrum-set-"), 1u);
+    EXPECT_EQ(count_of(page, "\"ref\":\"sx-spectrum-set-0\""), 2u);
 }
 
 TEST(PlotPage, SpectralFrameIsCentredInTheFile) {

@@ -45,9 +45,11 @@ struct ReportCase {
     ReportInputs inputs() const {
         prepared = results;
         build_page_figures(prepared, ref, dut, prepared.figures);
-        return {prepared, ref, dut, json};
+        chart_data = {};
+        return {prepared, ref, dut, json, &chart_data};
     }
 
   private:
     mutable RunResults prepared;
+    mutable ChartDataSets chart_data;
 };

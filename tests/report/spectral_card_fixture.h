@@ -74,7 +74,8 @@ struct SpectralCardCase {
     ReportInputs inputs() const {
         prepared = results;
         build_page_figures(prepared, ref, dut, prepared.figures);
-        return {prepared, ref, dut, ""};
+        chart_data = {};
+        return {prepared, ref, dut, "", &chart_data};
     }
     SpectralChannelResult& scan(unsigned channel) {
         return results.spectral.result.scan.channel[channel];
@@ -82,4 +83,5 @@ struct SpectralCardCase {
 
   private:
     mutable RunResults prepared;
+    mutable ChartDataSets chart_data;
 };

@@ -11,16 +11,36 @@
     }
   }
 
-  // The chart of a zoom frame: its svg and the data element whose id carries the same suffix;
-  // null when either is missing or the data cannot be used (the frame then keeps the server's
-  // drawing).
-  function findChart(frame) {
+  // The parsed trace element `id`, read once however many charts draw it; undefined when no
+  // element has that id or its JSON does not parse, which every chart kind's reader refuses.
+  function traceSet(sets, id) {
+    if (!Object.prototype.hasOwnProperty.call(sets, id)) {
+      var element = document.getElementById(id);
+      var parsed = element ? parseJson(element.textContent) : null;
+      sets[id] = parsed === null ? undefined : parsed;
+    }
+    return sets[id];
+  }
+
+  // A chart's data names the elements that hold its traces: the page embeds each distinct trace
+  // once. Each name is replaced by the trace it names; an absent DUT stays null.
+  function resolveTraces(data, sets) {
+    ['ref', 'dut'].forEach(function (key) {
+      if (typeof data[key] === 'string') data[key] = traceSet(sets, data[key]);
+    });
+    return data;
+  }
+
+  // The chart of a zoom frame: its svg and the data element whose id carries the same suffix,
+  // with its traces; null when any is missing or the data cannot be used (the frame then keeps
+  // the server's drawing, which has no traces).
+  function findChart(frame, sets) {
     var kind = CHART_KINDS[frame.getAttribute('data-zoom-kind')];
     var svg = frame.querySelector('svg');
     if (!kind || !svg || svg.id.indexOf(kind.svgPrefix) !== 0) return null;
     var element = document.getElementById(kind.dataPrefix + svg.id.slice(kind.svgPrefix.length));
     var data = element ? parseJson(element.textContent) : null;
-    var model = data !== null && typeof data === 'object' ? kind.read(data) : null;
+    var model = data !== null && typeof data === 'object' ? kind.read(resolveTraces(data, sets)) : null;
     if (model === null) return null;
     return { frame: frame, svg: svg, kind: kind, model: model, view: fullView(), drag: null };
   }
@@ -167,8 +187,9 @@
 
   function start() {
     var charts = {};
+    var sets = {};
     document.querySelectorAll('.zoom-frame[data-zoom-kind]').forEach(function (frame) {
-      var chart = findChart(frame);
+      var chart = findChart(frame, sets);
       if (chart === null) return;
       if (frame.id) charts[frame.id] = chart;
       redraw(chart);

@@ -105,11 +105,11 @@
     return { first: first, last: last };
   }
 
-  // The outline over the visible columns, as the server draws it over all of them: the maxima left
-  // to right, each gap (an invalid column) closing the current piece; then the minima right to
-  // left for the last piece only, walking back from the last visible column until the first gap.
-  // Off-view columns are never visited, so the last visible column plays the part of the server's
-  // column 4095.
+  // The outline over the visible columns: the maxima left to right, each gap (an invalid column)
+  // closing the current piece; then the minima right to left for the last piece only, walking back
+  // from the last visible column until the first gap. Over the full view this is the outline of
+  // all 4096 columns; off-view columns are never visited, so the last visible column plays the
+  // part of column 4095.
   function ribbonOutline(model, view, trace) {
     var columns = visibleColumns(view);
     var edgeX = function (edge) { return coord(unitToX(model.area, view, edge / ENVELOPE_COLUMNS)); };
