@@ -16,7 +16,8 @@ namespace {
 // THD+N levels at or below this are shown as "less than" it.
 constexpr double kThdnFloorDb = -140.0;
 
-bool append_worst_frame_chart(TextBuffer& page, const ReportInputs& in, unsigned channel) {
+// The worst frame of the channel the page figures picked.
+bool append_worst_frame_chart(TextBuffer& page, const ReportInputs& in) {
     const std::size_t n = in.results.config.spectral_fidelity.fft_size.value;
     const SpectrumFigure& spectra = in.results.figures.distortion;
     if (spectra.ref_db.empty()) return append_short_overlap_note(page);
@@ -45,7 +46,7 @@ bool append_snapshot(TextBuffer& page, const ReportInputs& in, unsigned channel)
         return text_append(page, "<p class=\"chart-note\">Frame gated -- no fundamental cleared "
                                  "the noise floor in this snapshot.</p>\n");
     }
-    return append_worst_frame_chart(page, in, channel);
+    return append_worst_frame_chart(page, in);
 }
 
 bool append_thdn_text(TextBuffer& page, const DistortionChannelResult& c) {
