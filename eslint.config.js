@@ -6,7 +6,7 @@ import { basename, dirname, join } from 'node:path';
 import js from '@eslint/js';
 import globals from 'globals';
 
-// The chart script's pieces in the order src/report/page_assets.cpp joins them: the body of one
+// The chart script's pieces in the order src/report/page/page_assets.cpp joins them: the body of one
 // strict-mode function, with a blank line between pieces.
 const chartPieces = [
   'chart_view.js',

@@ -7,7 +7,7 @@
 #include "cli/analysis_checks.h"
 #include "cli/overall_verdict.h"
 #include "config/resolve_settings.h"
-#include "report/analyze_report.h"
+#include "report/page/analyze_report.h"
 #include "results/results_json.h"
 #include "support/temp_dir.h"
 

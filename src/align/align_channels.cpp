@@ -1,7 +1,6 @@
 #include "align/alignment.h"
 #include "align/channel_correlation.h"
-#include "audio/numeric.h"
-#include "audio/progress.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cmath>

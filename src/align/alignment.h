@@ -5,7 +5,7 @@
 // (d > 0: the DUT is late).
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/audio.h"
 
 #include <array>
 #include <cstddef>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "align/alignment.h"
-#include "audio/channel_view.h"
+#include "audio/audio.h"
 
 #include <cstddef>
 

@@ -1,6 +1,6 @@
 #include "align/correlation_plan.h"
 
-#include "dsp/fft.h"
+#include "dsp/dsp.h"
 
 #include <algorithm>
 

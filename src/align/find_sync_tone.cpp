@@ -1,7 +1,7 @@
 #include "align/find_sync_tone.h"
 
 #include "align/matched_filter.h"
-#include "dsp/nothrow_array.h"
+#include "dsp/dsp.h"
 
 #include <algorithm>
 #include <cmath>

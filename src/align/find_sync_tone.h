@@ -3,7 +3,7 @@
 #pragma once
 
 #include "align/sync_tone.h"
-#include "audio/wav_file.h"
+#include "audio/audio.h"
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "align/sync_tone.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 
 #include "align/bounded_text.h"
 #include "align/sync_tone.h"
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <limits>
 

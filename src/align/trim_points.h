@@ -3,7 +3,7 @@
 #pragma once
 
 #include "align/find_sync_tone.h"
-#include "audio/wav_file.h"
+#include "audio/audio.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,7 @@
 #include "align/window_correlation.h"
 
-#include "audio/progress.h"
-#include "dsp/fft.h"
-#include "dsp/nothrow_array.h"
+#include "audio/audio.h"
+#include "dsp/dsp.h"
 
 #include <algorithm>
 

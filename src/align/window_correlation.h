@@ -5,7 +5,7 @@
 #pragma once
 
 #include "align/correlation_plan.h"
-#include "audio/channel_view.h"
+#include "audio/audio.h"
 
 #include <cstdint>
 #include <memory>

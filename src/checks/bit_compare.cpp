@@ -1,6 +1,6 @@
 #include "checks/bit_compare.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 // as a dB figure of 6 dB per doubling of the error in least-significant-bit steps.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 
 #include <cstdint>
 

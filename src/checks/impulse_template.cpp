@@ -1,6 +1,6 @@
 #include "checks/impulse_template.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 #include "checks/impulse_template_frame.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 // under.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 
 #include <array>
 #include <cstddef>

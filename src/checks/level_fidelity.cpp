@@ -1,8 +1,7 @@
 #include "checks/level_fidelity.h"
 
-#include "audio/numeric.h"
-#include "audio/progress.h"
-#include "dsp/statistics.h"
+#include "audio/audio.h"
+#include "dsp/dsp.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,7 +4,7 @@
 // tolerance and no run of consecutive out-of-tolerance samples lasts the minimum run length.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 
 #include <array>
 #include <cstdint>

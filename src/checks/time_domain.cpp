@@ -1,6 +1,6 @@
 #include "checks/time_domain.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cmath>

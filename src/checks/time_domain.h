@@ -3,7 +3,7 @@
 // signal, signal, peak). It fails as soon as one sample pair exceeds the tolerance of its tier.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 
 #include <array>
 #include <cstdint>

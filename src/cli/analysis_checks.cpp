@@ -1,14 +1,9 @@
 #include "cli/analysis_checks.h"
 
-#include "checks/bit_compare.h"
-#include "checks/impulse_template.h"
-#include "checks/level_fidelity.h"
-#include "checks/time_domain.h"
+#include "checks/checks.h"
 #include "cli/run_stage.h"
 #include "cli/spectral_run.h"
-#include "dsp/artifact.h"
-#include "dsp/distortion.h"
-#include "dsp/loudness.h"
+#include "dsp/dsp.h"
 
 namespace {
 

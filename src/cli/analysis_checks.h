@@ -2,8 +2,8 @@
 // parameters taken from the resolved settings.
 #pragma once
 
-#include "audio/aligned_pair.h"
-#include "results/run_results.h"
+#include "audio/audio.h"
+#include "results/results.h"
 
 // Bit-exactness, bit accuracy, time domain, impulse template, level fidelity (always), artifact
 // detection (always), spectral fidelity (always), distortion, then loudness; each fills its block

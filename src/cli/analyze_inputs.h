@@ -2,7 +2,7 @@
 // to be comparable.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/audio.h"
 #include "cli/options.h"
 #include "cli/run_context.h"
 #include "config/config.h"

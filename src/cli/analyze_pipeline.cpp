@@ -1,7 +1,7 @@
 #include "cli/analyze_pipeline.h"
 
 #include "align/align.h"
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 #include "cli/analysis_checks.h"
 #include "cli/analyze_inputs.h"
 #include "cli/comparison_error.h"
@@ -9,8 +9,8 @@
 #include "cli/overall_verdict.h"
 #include "cli/report_files.h"
 #include "cli/run_stage.h"
-#include "report/analyze_report.h"
-#include "results/results_json.h"
+#include "report/report.h"
+#include "results/results.h"
 
 #include <cstdio>
 #include <unistd.h>

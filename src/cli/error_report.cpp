@@ -1,8 +1,8 @@
 #include "cli/error_report.h"
 
 #include "cli/report_files.h"
-#include "report/plot_page.h"
-#include "results/results_json.h"
+#include "report/report.h"
+#include "results/results.h"
 
 #include <cstdio>
 

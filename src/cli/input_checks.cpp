@@ -1,6 +1,6 @@
 #include "cli/input_checks.h"
 
-#include "audio/wav_reader.h"
+#include "audio/audio.h"
 #include "cli/comparison_error.h"
 #include "cli/run_stage.h"
 

@@ -2,7 +2,7 @@
 // raised through the comparison-error reporter (printed and added to `error_text`).
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/audio.h"
 
 #include <string>
 

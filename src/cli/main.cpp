@@ -2,7 +2,7 @@
 // Memory that cannot be had ends the run with one line naming the stage and the request (see
 // run_stage.h), wherever it is asked for: the allocation functions are replaced here, in the
 // program alone, and the libraries' own reports go to the same stop.
-#include "audio/out_of_memory.h"
+#include "audio/audio.h"
 #include "cli/dispatch.h"
 #include "cli/run_stage.h"
 

@@ -3,7 +3,7 @@
 // combination, the complete message line for the dispatcher to print.
 #pragma once
 
-#include "config/analysis_config.h"
+#include "config/config.h"
 
 #include <optional>
 #include <span>

@@ -1,6 +1,6 @@
 #include "cli/output_guard.h"
 
-#include "audio/file_replacement.h"
+#include "audio/audio.h"
 #include "cli/defaults_lookup.h"
 
 #include <climits>

@@ -3,8 +3,7 @@
 // results' gating rule (check_gating.h); this only collects and names the failures.
 #pragma once
 
-#include "results/check_gating.h"
-#include "results/run_results.h"
+#include "results/results.h"
 
 #include <cstddef>
 #include <string>

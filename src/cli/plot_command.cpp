@@ -5,7 +5,7 @@
 #include "cli/output_paths.h"
 #include "cli/report_files.h"
 #include "cli/run_stage.h"
-#include "report/plot_page.h"
+#include "report/report.h"
 
 #include <cstdio>
 #include <string>

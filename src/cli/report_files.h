@@ -3,7 +3,7 @@
 // in place together or not at all.
 #pragma once
 
-#include "audio/output_set.h"
+#include "audio/audio.h"
 #include "cli/output_guard.h"
 #include "cli/output_paths.h"
 

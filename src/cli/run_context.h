@@ -3,7 +3,7 @@
 #pragma once
 
 #include "cli/output_paths.h"
-#include "results/run_results.h"
+#include "results/results.h"
 
 #include <string>
 

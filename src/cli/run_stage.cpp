@@ -1,6 +1,6 @@
 #include "cli/run_stage.h"
 
-#include "audio/progress.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <chrono>

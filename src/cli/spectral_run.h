@@ -3,10 +3,10 @@
 // continuous form.
 #pragma once
 
-#include "audio/aligned_pair.h"
-#include "config/analysis_config.h"
-#include "dsp/spectral_result.h"
-#include "results/spectral_outcome.h"
+#include "audio/audio.h"
+#include "config/config.h"
+#include "dsp/dsp.h"
+#include "results/results.h"
 
 #include <cstdint>
 

@@ -1,13 +1,12 @@
-#include "align/trim_points.h"
-#include "audio/output_set.h"
-#include "audio/wav_writer.h"
+#include "align/align.h"
+#include "audio/audio.h"
 #include "cli/commands.h"
 #include "cli/defaults_lookup.h"
 #include "cli/input_checks.h"
 #include "cli/output_guard.h"
 #include "cli/run_stage.h"
-#include "config/alignment_config.h"
-#include "results/trim_report.h"
+#include "config/config.h"
+#include "results/results.h"
 
 #include <cstdio>
 #include <span>

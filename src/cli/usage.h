@@ -1,7 +1,7 @@
 // The fixed usage text and the version banner of the sonalyx executable.
 #pragma once
 
-#include "results/version.h"
+#include "results/results.h"
 
 #include <cstdio>
 

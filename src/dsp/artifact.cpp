@@ -1,7 +1,6 @@
 #include "dsp/artifact.h"
 
-#include "audio/numeric.h"
-#include "audio/progress.h"
+#include "audio/audio.h"
 #include "dsp/artifact_events.h"
 #include "dsp/artifact_sample.h"
 #include "dsp/nothrow_array.h"

@@ -8,7 +8,7 @@
 // silence/clip run. A channel passes when no event counts.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "dsp/distortion.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 #include "dsp/distortion_frame.h"
 #include "dsp/frame_plan.h"
 #include "dsp/spectrum_frame.h"

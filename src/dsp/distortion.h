@@ -5,7 +5,7 @@
 // of frames; a channel passes when its worst frame stays within the tolerance.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 
 #include <array>
 #include <cstddef>

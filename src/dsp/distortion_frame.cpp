@@ -1,6 +1,6 @@
 #include "dsp/distortion_frame.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cmath>

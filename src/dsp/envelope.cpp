@@ -2,7 +2,7 @@
 // smallest and largest value of the frames it covers.
 #include "dsp/envelope.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cmath>

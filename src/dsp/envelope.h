@@ -3,7 +3,7 @@
 // reduction reads each sample of the view once, whatever the file's length.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/audio.h"
 #include "dsp/spectrum_frame.h"
 
 #include <cstddef>

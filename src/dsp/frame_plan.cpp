@@ -1,6 +1,6 @@
 #include "dsp/frame_plan.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // the single frame centred in an aligned overlap. Shared by the spectral and distortion checks.
 #pragma once
 
-#include "audio/overlap.h"
+#include "audio/audio.h"
 
 #include <cstddef>
 

@@ -3,7 +3,7 @@
 // aligned overlap, and the comparison of the DUT's figures with the reference's.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "dsp/loudness_blocks.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 #include "dsp/nothrow_array.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "dsp/loudness.h"
 
-#include "audio/progress.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "dsp/loudness_gating.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,7 +1,6 @@
 #include "dsp/loudness.h"
 
-#include "audio/numeric.h"
-#include "audio/progress.h"
+#include "audio/audio.h"
 #include "dsp/k_weighting.h"
 #include "dsp/loudness_blocks.h"
 #include "dsp/loudness_gating.h"

@@ -1,6 +1,6 @@
 #include "dsp/loudness_range.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cmath>

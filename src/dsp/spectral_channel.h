@@ -4,7 +4,7 @@
 // and verdict that close a record.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 #include "dsp/spectral_frame.h"
 #include "dsp/spectral_result.h"
 

@@ -2,7 +2,7 @@
 // compared bin by bin, each bin's level difference divided by the tolerance of its band and tier.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 #include "dsp/spectral_bands.h"
 #include "dsp/sweep_search.h"
 

@@ -2,7 +2,7 @@
 // overlapping frames (with edge skip and tail frame for sweeps).
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 #include "dsp/spectral_result.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "dsp/spectral_snapshots.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 #include "dsp/spectral_channel.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // spread evenly over the aligned overlap, each judged on its own.
 #pragma once
 
-#include "audio/aligned_pair.h"
+#include "audio/audio.h"
 #include "dsp/spectral_result.h"
 
 #include <array>

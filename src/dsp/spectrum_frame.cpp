@@ -1,5 +1,5 @@
 #include "dsp/spectrum_frame.h"
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include "dsp/fft.h"
 

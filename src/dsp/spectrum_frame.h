@@ -1,7 +1,7 @@
 // Hann-windowed spectrum frames of one channel of a decoded WAV file, in dB or linear magnitude.
 #pragma once
 
-#include "audio/wav_file.h"
+#include "audio/audio.h"
 
 #include <cstddef>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "dsp/statistics.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <algorithm>
 #include <cmath>

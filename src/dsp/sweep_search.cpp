@@ -1,6 +1,6 @@
 #include "dsp/sweep_search.h"
 
-#include "audio/numeric.h"
+#include "audio/audio.h"
 
 #include <cmath>
 

@@ -5,7 +5,7 @@
 // spectrum) and the card pieces have headers of their own for tests.
 #pragma once
 
-#include "report/analyze_report.h"
-#include "report/page_assets.h"
-#include "report/plot_page.h"
-#include "report/text_buffer.h"
+#include "report/page/analyze_report.h"
+#include "report/page/page_assets.h"
+#include "report/page/plot_page.h"
+#include "report/page/text_buffer.h"

@@ -2,7 +2,7 @@
 // it, then per examined channel the sample counts, the event counts and the worst event.
 #pragma once
 
-#include "dsp/artifact.h"
+#include "dsp/dsp.h"
 #include "results/json_entries.h"
 
 // Writes artifact_verdict, artifact_window_samples, artifact_min_severity,

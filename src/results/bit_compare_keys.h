@@ -3,7 +3,7 @@
 // false at the first entry that fails.
 #pragma once
 
-#include "checks/bit_compare.h"
+#include "checks/checks.h"
 #include "results/json_entries.h"
 
 // Verdict, samples compared and differing, worst error in dB; on FAIL also the first and the

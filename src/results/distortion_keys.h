@@ -3,7 +3,7 @@
 // percentiles of the ungated frames' ratios.
 #pragma once
 
-#include "dsp/distortion.h"
+#include "dsp/dsp.h"
 #include "results/json_entries.h"
 
 // Writes distortion_verdict and the distortion_channel_N_* keys for channel 0 and, when the

@@ -3,7 +3,7 @@
 // template.
 #pragma once
 
-#include "checks/impulse_template.h"
+#include "checks/checks.h"
 #include "results/json_entries.h"
 
 // Writes every key of the block with a trailing comma; false at the first entry that fails.

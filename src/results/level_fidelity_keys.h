@@ -3,7 +3,7 @@
 // data.
 #pragma once
 
-#include "checks/level_fidelity.h"
+#include "checks/checks.h"
 #include "results/json_entries.h"
 
 // Writes levelfidelity_verdict and the levelfidelity_channel_N_* keys for channel 0 and, when the

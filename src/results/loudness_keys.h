@@ -3,7 +3,7 @@
 // reference's value, the DUT's value and the delta.
 #pragma once
 
-#include "dsp/loudness.h"
+#include "dsp/dsp.h"
 #include "results/json_entries.h"
 
 // Writes loudness_verdict and the eighteen loudness_ref_*, loudness_dut_* and loudness_delta_*

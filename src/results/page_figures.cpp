@@ -1,6 +1,6 @@
 #include "results/page_figures.h"
 
-#include "dsp/spectrum_frame.h"
+#include "dsp/dsp.h"
 #include "results/run_results.h"
 
 #include <algorithm>

@@ -3,8 +3,7 @@
 // what a chart shows (which channels, which detail window, which frame) are made here too.
 #pragma once
 
-#include "dsp/distortion.h"
-#include "dsp/envelope.h"
+#include "dsp/dsp.h"
 
 #include <array>
 #include <cstddef>

@@ -3,16 +3,10 @@
 // JSON and the report pages are written from this record alone and compute nothing of their own.
 #pragma once
 
-#include "align/alignment.h"
-#include "checks/bit_compare.h"
-#include "checks/impulse_template.h"
-#include "checks/level_fidelity.h"
-#include "checks/time_domain.h"
-#include "config/analysis_config.h"
-#include "config/configuration_rows.h"
-#include "dsp/artifact.h"
-#include "dsp/distortion.h"
-#include "dsp/loudness.h"
+#include "align/align.h"
+#include "checks/checks.h"
+#include "config/config.h"
+#include "dsp/dsp.h"
 #include "results/page_figures.h"
 #include "results/spectral_outcome.h"
 #include "results/version.h"

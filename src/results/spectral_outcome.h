@@ -2,8 +2,7 @@
 // one centred frame / a continuous scan per channel.
 #pragma once
 
-#include "dsp/spectral_scan.h"
-#include "dsp/spectral_snapshots.h"
+#include "dsp/dsp.h"
 
 struct SpectralOutcome {
     bool snapshot_mode = false;

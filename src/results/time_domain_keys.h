@@ -1,7 +1,7 @@
 // The Time Domain block of the results JSON.
 #pragma once
 
-#include "checks/time_domain.h"
+#include "checks/checks.h"
 #include "results/json_entries.h"
 
 // time_domain_verdict, then for channel 0 and, when the reference is stereo, channel 1: the

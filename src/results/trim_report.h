@@ -2,7 +2,7 @@
 // frames the clean signal was cut between, as one flat JSON object.
 #pragma once
 
-#include "align/trim_points.h"
+#include "align/align.h"
 
 #include <string>
 

@@ -6,7 +6,7 @@
 // escape, "<wbr>" right after every '/' and '\' and nowhere else; un-escaped they must give back
 // the text exactly. The earlier contents must stay as they were, and the buffer's length, NUL and
 // capacity must agree.
-#include "report/text_buffer.h"
+#include "report/page/text_buffer.h"
 #include "text_buffer_checks.h"
 
 #include <array>

@@ -5,7 +5,7 @@
 // text; the earlier contents must stay as they were and the buffer's length, NUL and capacity must
 // agree. The results writer's json_escape_value takes the whole input, NULs included, and its
 // output must decode to exactly the input and, without NULs, equal the page escape's output.
-#include "report/text_buffer.h"
+#include "report/page/text_buffer.h"
 #include "results/json_entries.h"
 #include "strict_json.h"
 #include "text_buffer_checks.h"

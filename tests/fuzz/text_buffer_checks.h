@@ -2,7 +2,7 @@
 // with some raw text, and the input handed over as the C strings an escape sees.
 #pragma once
 
-#include "report/text_buffer.h"
+#include "report/page/text_buffer.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,7 +2,7 @@
 // its text, cut a slice out of a page, and count occurrences.
 #pragma once
 
-#include "report/text_buffer.h"
+#include "report/page/text_buffer.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include "config/analysis_config.h"
 #include "config/configuration_rows.h"
 #include "config/resolve_settings.h"
-#include "report/report_inputs.h"
+#include "report/page/report_inputs.h"
 #include "results/run_results.h"
 #include "support/memory_wav.h"
 #include "support/signal_gen.h"

@@ -3,7 +3,7 @@
 // DUT, which starts `kDutLead` frames late, and records filled in by each test.
 #pragma once
 
-#include "report/report_inputs.h"
+#include "report/page/report_inputs.h"
 #include "results/run_results.h"
 #include "support/memory_wav.h"
 #include "support/signal_gen.h"

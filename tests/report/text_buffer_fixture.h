@@ -2,7 +2,7 @@
 // that stops early at a failed assertion leaks nothing.
 #pragma once
 
-#include "report/text_buffer.h"
+#include "report/page/text_buffer.h"
 
 #include <gtest/gtest.h>
 
