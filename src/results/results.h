@@ -5,6 +5,7 @@
 #pragma once
 
 #include "results/artifact_keys.h"
+#include "results/batch_row.h"
 #include "results/bit_compare_keys.h"
 #include "results/check_gating.h"
 #include "results/distortion_keys.h"
