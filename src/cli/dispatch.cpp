@@ -25,9 +25,11 @@ int sonalyx_main(int argc, char** argv) {
     if (command == "analyze") return run_analyze_command(args);
     if (command == "trim") return run_trim_command(args);
     if (command == "plot") return run_plot_command(args);
-    std::fprintf(stderr,
-                 "error: unknown subcommand '%s' (expected 'analyze', 'trim', or 'plot')\n\n",
-                 args[1]);
+    if (command == "batch") return run_batch_command(args);
+    std::fprintf(
+        stderr,
+        "error: unknown subcommand '%s' (expected 'analyze', 'trim', 'plot', or 'batch')\n\n",
+        args[1]);
     print_usage(stderr);
     return 1;
 }

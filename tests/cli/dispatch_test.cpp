@@ -33,7 +33,8 @@ TEST(Dispatch, UnknownSubcommandsAreRefusedWithUsage) {
         EXPECT_EQ(run.exit_status, 1) << command;
         EXPECT_EQ(run.out, "") << command;
         EXPECT_EQ(run.err, std::string("error: unknown subcommand '") + command +
-                               "' (expected 'analyze', 'trim', or 'plot')\n\n" + usage_text())
+                               "' (expected 'analyze', 'trim', 'plot', or 'batch')\n\n" +
+                               usage_text())
             << command;
     }
 }
