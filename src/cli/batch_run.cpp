@@ -62,7 +62,7 @@ PairRow outcome_row(const std::string& out_dir, const ManifestPair& pair, const 
         PairRow read = read_pair_row(out_dir, pair, seconds);
         if (read.ran) return read;
     }
-    return error_row(pair, pair.id + ".html", failure_text(outcome), seconds);
+    return error_row(pair, {}, failure_text(outcome), seconds); // no page to link to
 }
 
 // The jobs of the pairs; each pair's earlier outputs are removed first, so that a run that writes
