@@ -12,11 +12,6 @@ inline constexpr std::size_t kMaxMachineListLength = 191;
 inline constexpr std::size_t kMaxReadableListLength = 319;
 inline constexpr std::size_t kMaxSummaryLength = 399;
 
-// "length_mismatch", "bitexact", ... as in the gating_failures list.
-const char* gating_machine_name(GatingCheck check);
-// "Length Mismatch", "Bit-Exactness", ... as in the console summary.
-const char* gating_readable_name(GatingCheck check);
-
 // Visits the checks in GatingCheck order and records each one that fails the overall verdict.
 OverallVerdict compute_overall_verdict(const GatingInputs& inputs);
 

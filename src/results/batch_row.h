@@ -46,5 +46,10 @@ bool read_batch_rows_json(std::string_view text, std::vector<BatchRow>& rows, st
 bool write_batch_junit(std::string_view suite_name, std::span<const BatchRow> rows,
                        double total_seconds, std::string& out);
 
-// A JUnit file of one analyze run: one test case per check that ran.
+// A JUnit file of one analyze run: one test case per check that ran, a <failure> for each check
+// that fails the overall verdict. False only when memory ran out; `out` is then empty.
 bool write_analyze_junit(const RunResults& results, std::string& out);
+// The JUnit file of an analyze run that could not compare its files: one test case with an
+// <error> carrying `error_text`. False only when memory ran out; `out` is then empty.
+bool write_analyze_error_junit(std::string_view error_text, std::string_view ref_path,
+                               std::string_view dut_path, std::string& out);

@@ -55,20 +55,7 @@ using EscapeScratch = std::array<char, 8>;
 using ByteEscape = std::string_view (*)(unsigned char byte, EscapeScratch& scratch);
 
 std::string_view html_escape(unsigned char byte, EscapeScratch& /*scratch*/) {
-    switch (byte) {
-    case '&':
-        return "&amp;";
-    case '<':
-        return "&lt;";
-    case '>':
-        return "&gt;";
-    case '"':
-        return "&quot;";
-    case '\'':
-        return "&#39;";
-    default:
-        return {};
-    }
+    return markup_escaped_byte(byte);
 }
 
 std::string_view html_path_escape(unsigned char byte, EscapeScratch& scratch) {
