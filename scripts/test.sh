@@ -8,7 +8,8 @@ root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
 # shellcheck source=ensure-packages.sh
 source scripts/ensure-packages.sh
-ensure_packages cmake g++ libgtest-dev clang libclang-rt-14-dev clang-format cppcheck parallel
+ensure_packages cmake g++ libgtest-dev clang libclang-rt-14-dev clang-format cppcheck libxml2-utils \
+    parallel
 
 # Each phase's heading says how far into the run it starts, so a slow phase is easy to find.
 phase() { echo "== $1 (at ${SECONDS}s)"; }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "report/page/analyze_report.h"
+#include "report/page/batch_index.h"
 #include "report/page/page_assets.h"
 #include "report/page/plot_page.h"
 #include "report/page/text_buffer.h"

@@ -48,3 +48,11 @@ extern const std::string_view kChartInteractionJs;
 // the others lose active and get "false") and shows only the panel with that index. The file has
 // no final newline, because the call follows the function directly.
 extern const std::string_view kSnapshotTabsJs;
+
+// The batch index page's style sheet: the filter controls, the sort buttons in the table head and
+// the number, unset and error cells.
+extern const std::string_view kBatchCss;
+// The batch index page's table script: clicking a column's head sorts the rows by it (again to
+// reverse; numbers by each cell's data-value, rows without one last), the text field and the
+// verdict menu hide the rows that do not match and the count of shown rows follows.
+extern const std::string_view kBatchTableJs;

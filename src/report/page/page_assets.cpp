@@ -48,3 +48,13 @@ bool append_snapshot_tab_script(TextBuffer& page, const char* widget_id) {
            text_append(page, "(\"") && text_append_json(page, widget_id) &&
            text_append(page, "\");\n</script>\n");
 }
+
+bool append_batch_style_sheet(TextBuffer& page) {
+    return text_append(page, "<style>\n") && append_asset(page, kBatchCss) &&
+           text_append(page, "</style>\n");
+}
+
+bool append_batch_table_script(TextBuffer& page) {
+    return text_append(page, "<script>\n") && append_asset(page, kBatchTableJs) &&
+           text_append(page, "</script>\n");
+}

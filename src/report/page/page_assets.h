@@ -21,3 +21,9 @@ bool append_chart_script(TextBuffer& page);
 
 // "<script>...</script>\n" binding the tabs and panels of the snapshot widget `widget_id`.
 bool append_snapshot_tab_script(TextBuffer& page, const char* widget_id);
+
+// "<style>...</style>\n" with the batch index page's own rules, after the common style sheet.
+bool append_batch_style_sheet(TextBuffer& page);
+
+// "<script>...</script>\n": sorting and filtering of the batch index page's table.
+bool append_batch_table_script(TextBuffer& page);
