@@ -100,14 +100,14 @@ bool parse_manifest(std::string_view text, std::string_view folder, Manifest& ma
 
 bool read_manifest(const std::string& path, Manifest& manifest, std::string& message) {
     manifest = {path, {}};
+    message = "error: could not read manifest '" + path + "'\n";
     struct stat info {};
+    if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return false;
     std::ifstream file(path, std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(file)),
                            std::istreambuf_iterator<char>());
-    if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode) || !file || file.bad()) {
-        message = "error: could not read manifest '" + path + "'\n";
-        return false;
-    }
+    if (!file || file.bad()) return false;
+    message.clear();
     const std::size_t slash = path.find_last_of('/');
     const std::string folder = slash == std::string::npos ? "" : path.substr(0, slash + 1);
     return parse_manifest(text, folder, manifest, message);

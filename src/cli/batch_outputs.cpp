@@ -1,6 +1,7 @@
 #include "cli/batch_outputs.h"
 
 #include "audio/audio.h"
+#include "report/report.h"
 
 #include <cstdio>
 #include <utility>
