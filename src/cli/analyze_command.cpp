@@ -11,7 +11,8 @@ int run_analyze_command(std::span<char* const> args) {
         {{options.ref_path, "--ref input"}, {options.dut_path, "--dut input"}},
         options.config_path,
         options.defaults_path};
-    if (!plan_report_files(options.out_path, options.ref_path, options.json, inputs, context.paths))
+    if (!plan_report_files(options.out_path, options.ref_path, options.json, options.junit_path,
+                           inputs, context.paths))
         return 1;
     const int status = run_analyze_pipeline(options, context);
     if (status == 1 && context.report_possible && !context.error_text.empty())

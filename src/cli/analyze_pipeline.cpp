@@ -94,6 +94,12 @@ bool write_report_files(ReportFiles& files, const ReportInputs& inputs, std::str
         message = "error: failed to write '" + files.json->path + "'\n";
         return false;
     }
+    std::string junit;
+    if (files.junit != nullptr && (!write_analyze_junit(inputs.results, junit) ||
+                                   !replacement_write_text(*files.junit, junit))) {
+        message = "error: failed to write '" + files.junit->path + "'\n";
+        return false;
+    }
     return commit_report_files(files, message);
 }
 
@@ -116,11 +122,11 @@ bool write_outputs(const AnalyzeOptions& options, const OutputPaths& paths, RunR
     }
     clear_stage_progress();
     const std::string summary = overall_summary_line(results.overall);
-    if (options.json)
-        std::printf("wrote %s + %s (%s)\n", paths.html_path.c_str(), paths.json_path.c_str(),
-                    summary.c_str());
-    else
-        std::printf("wrote %s (%s)\n", paths.html_path.c_str(), summary.c_str());
+    std::string written = paths.html_path;
+    for (const std::string* also : {&paths.json_path, &paths.junit_path}) {
+        if (!also->empty()) written += " + " + *also;
+    }
+    std::printf("wrote %s (%s)\n", written.c_str(), summary.c_str());
     return true;
 }
 

@@ -21,6 +21,13 @@ bool write_error_files(const RunContext& context, ReportFiles& files) {
         files.failed = context.paths.json_path;
         return false;
     }
+    std::string junit;
+    if (files.junit != nullptr && (!write_analyze_error_junit(context.error_text, context.ref_path,
+                                                              context.dut_path, junit) ||
+                                   !replacement_write_text(*files.junit, junit))) {
+        files.failed = context.paths.junit_path;
+        return false;
+    }
     std::string ignored;
     return commit_report_files(files, ignored);
 }

@@ -73,6 +73,7 @@ bool take_analyze_value(std::span<char* const> args, std::size_t& i, AnalyzeOpti
            take_value(args, i, "--dut", out.dut_path) ||
            take_value(args, i, "--out", out.out_path) ||
            take_value(args, i, "--config", out.config_path) ||
+           take_value(args, i, "--junit", out.junit_path) ||
            take_value(args, i, "--defaults-cfg", out.defaults_path);
 }
 

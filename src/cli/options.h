@@ -17,6 +17,7 @@ struct AnalyzeOptions {
     const char* out_path = nullptr;
     const char* config_path = nullptr;
     const char* defaults_path = nullptr;
+    const char* junit_path = nullptr;
     bool json = false;
     bool quiet = false;
     bool exit_code = false;

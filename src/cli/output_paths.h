@@ -12,7 +12,8 @@ inline constexpr std::size_t kMaxPathLength = 4095; // a path buffer of 4096 byt
 
 struct OutputPaths {
     std::string html_path;
-    std::string json_path; // empty unless a JSON path was wanted
+    std::string json_path;  // empty unless a JSON path was wanted
+    std::string junit_path; // the --junit file as given, empty without --junit
     // The directory --out named (without its trailing separator), made before writing; unset
     // when --out names the file itself.
     std::optional<std::string> directory;

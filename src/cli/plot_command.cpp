@@ -44,7 +44,7 @@ int run_plot_command(std::span<char* const> args) {
     PlotOptions options;
     if (const auto status = finish_scan(scan_plot_options(args, options))) return *status;
     OutputPaths paths;
-    if (!plan_report_files(options.out_path, options.input_path, options.json,
+    if (!plan_report_files(options.out_path, options.input_path, options.json, nullptr,
                            {{{options.input_path, "--input file"}}, nullptr, options.defaults_path},
                            paths))
         return 1;

@@ -13,13 +13,17 @@ bool failed_to_write(ReportFiles& files, const std::string& path, std::string& m
 } // namespace
 
 bool plan_report_files(const char* out, const char* input_path, bool want_json,
-                       ReportRunInputs inputs, OutputPaths& paths) {
+                       const char* junit_path, ReportRunInputs inputs, OutputPaths& paths) {
     if (!plan_output_paths(out, input_path, want_json, paths)) {
         std::fprintf(stderr, "error: could not resolve output path from --out '%s'\n", out);
         return false;
     }
     std::vector<RunPath> outputs{{paths.html_path, "--out"}};
     if (want_json) outputs.push_back({paths.json_path, "--json"});
+    if (junit_path != nullptr) {
+        paths.junit_path = junit_path;
+        outputs.push_back({paths.junit_path, "--junit"});
+    }
     return run_outputs_allowed(outputs, std::move(inputs.files), inputs.config_path,
                                inputs.defaults_cfg_path);
 }
@@ -31,9 +35,13 @@ bool open_report_files(const OutputPaths& paths, ReportFiles& files, std::string
     }
     files.html = output_set_open(files.set, paths.html_path);
     if (files.html == nullptr) return failed_to_write(files, paths.html_path, message);
-    if (paths.json_path.empty()) return true;
-    files.json = output_set_open(files.set, paths.json_path);
-    if (files.json == nullptr) return failed_to_write(files, paths.json_path, message);
+    if (!paths.json_path.empty()) {
+        files.json = output_set_open(files.set, paths.json_path);
+        if (files.json == nullptr) return failed_to_write(files, paths.json_path, message);
+    }
+    if (paths.junit_path.empty()) return true;
+    files.junit = output_set_open(files.set, paths.junit_path);
+    if (files.junit == nullptr) return failed_to_write(files, paths.junit_path, message);
     return true;
 }
 

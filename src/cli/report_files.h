@@ -1,4 +1,5 @@
-// The files of one report (the HTML page and, when wanted, its JSON file) as one output set: the
+// The files of one report (the HTML page and, when wanted, its JSON and JUnit files) as one output
+// set: the
 // --out directory is made and both files are opened before anything is written, and they are put
 // in place together or not at all.
 #pragma once
@@ -17,17 +18,19 @@ struct ReportRunInputs {
     const char* defaults_cfg_path = nullptr; // --defaults-cfg, when given
 };
 
-// Plans the report's paths from the --out text and the input whose stem names it, then refuses
-// the run when they name one of `inputs` or each other. Prints the reason and returns false:
+// Plans the report's paths from the --out text and the input whose stem names it, with the
+// --junit file when `junit_path` is not null, then refuses the run when they name one of `inputs`
+// or each other. Prints the reason and returns false:
 // "error: could not resolve output path from --out '%s'\n" or the refusal line.
 bool plan_report_files(const char* out, const char* input_path, bool want_json,
-                       ReportRunInputs inputs, OutputPaths& paths);
+                       const char* junit_path, ReportRunInputs inputs, OutputPaths& paths);
 
 struct ReportFiles {
     OutputSet set;
     FileReplacement* html = nullptr;
-    FileReplacement* json = nullptr; // null unless a JSON path was planned
-    std::string failed;              // after a false return: the folder or file that failed
+    FileReplacement* json = nullptr;  // null unless a JSON path was planned
+    FileReplacement* junit = nullptr; // null unless a JUnit path was planned
+    std::string failed;               // after a false return: the folder or file that failed
 };
 
 // Makes the directory --out named and opens the files of `paths`. False with `failed` set and the

@@ -25,6 +25,7 @@ constexpr const char* kUsageText =
     "  --dut <dut.wav>             device-under-test WAV (required)\n"
     "  --out <path>                HTML report path or directory (required)\n"
     "  --json                      also write raw results as JSON\n"
+    "  --junit <file.xml>          also write a JUnit XML file (one test case per check)\n"
     "  --config <file.json>        override check tolerances (JSON, // comments ok)\n"
     "  --defaults-cfg <file.cfg>   defaults file instead of the one next to the executable\n"
     "  --snapshots <N>             spectral multi-snapshot count\n"

@@ -73,13 +73,28 @@ TEST(UsageText, StartsWithTheTitleAndHasOneLiteralPercentSign) {
 
 TEST(UsageText, NamesEveryAnalyzeOptionOnItsOwnLineInTableOrder) {
     const std::string& usage = usage_text();
-    const char* options[] = {"--ref",         "--dut",           "--out",
-                             "--json",        "--config",        "--defaults-cfg <file.cfg>   ",
-                             "--snapshots",   "--deepscan",      "--impulse",
-                             "--ampsweep",    "--bitaccuracy",   "--bitexact ",
-                             "--no-bitexact", "--no-distortion", "--levelfidelity-ref-only",
-                             "--no-loudness", "--loudness ",     "--artifact-ref-only",
-                             "--exit-code",   "--quiet",         "--help, -h"};
+    const char* options[] = {"--ref",
+                             "--dut",
+                             "--out",
+                             "--json",
+                             "--junit <file.xml>",
+                             "--config",
+                             "--defaults-cfg <file.cfg>   ",
+                             "--snapshots",
+                             "--deepscan",
+                             "--impulse",
+                             "--ampsweep",
+                             "--bitaccuracy",
+                             "--bitexact ",
+                             "--no-bitexact",
+                             "--no-distortion",
+                             "--levelfidelity-ref-only",
+                             "--no-loudness",
+                             "--loudness ",
+                             "--artifact-ref-only",
+                             "--exit-code",
+                             "--quiet",
+                             "--help, -h"};
     std::size_t from = usage.find("analyze:\n");
     ASSERT_NE(from, std::string::npos);
     for (const char* option : options) {

@@ -33,6 +33,8 @@ const std::array kEmbeddedFiles{
     EmbeddedFile{"chart_spectral.js", &kChartSpectralJs},
     EmbeddedFile{"chart_interaction.js", &kChartInteractionJs},
     EmbeddedFile{"snapshot_tabs.js", &kSnapshotTabsJs},
+    EmbeddedFile{"batch.css", &kBatchCss},
+    EmbeddedFile{"batch_table.js", &kBatchTableJs},
 };
 
 const std::filesystem::path kAssetsDir = SONALYX_REPORT_ASSETS_DIR;
