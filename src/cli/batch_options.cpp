@@ -115,7 +115,8 @@ ScanResult scan_batch_options(std::span<char* const> args, BatchOptions& out) {
             continue;
         }
         if (named(args[i], "--help") || named(args[i], "-h")) return {ScanStatus::help, {}};
-        if (named(args[i], "--ref") || named(args[i], "--dut"))
+        // Each pair has its own inputs, and the batch writes one JUnit file for all of them.
+        if (named(args[i], "--ref") || named(args[i], "--dut") || named(args[i], "--junit"))
             return {ScanStatus::usage_error,
                     std::string("error: unrecognized argument '") + args[i] + "'\n"};
         out.analyze_args.emplace_back(args[i]);

@@ -115,6 +115,8 @@ TEST(BatchCommand, OptionErrorsAreRefusedBeforeAnyWork) {
     EXPECT_EQ(refused({"--bogus"}), "error: unrecognized argument '--bogus'\n\n" + usage_text());
     EXPECT_EQ(refused({"--ref", "x.wav"}),
               "error: unrecognized argument '--ref'\n\n" + usage_text());
+    EXPECT_EQ(refused({"--junit", "j.xml"}),
+              "error: unrecognized argument '--junit'\n\n" + usage_text());
     EXPECT_EQ(refused({"--ampsweep", "--freqsweep"}).rfind("error: --ampsweep and --freqsweep", 0),
               0u);
     EXPECT_EQ(refused({"--merge", "o"}), "error: --merge takes no --out, --shard or --resume\n");
