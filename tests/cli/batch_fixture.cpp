@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 const char* const kFourPairs = "id\tref\tdut\n"
                                "pass\tref.wav\tpass.wav\n"
                                "fail\tref.wav\tshort.wav\n"
@@ -52,4 +55,9 @@ std::string rows_without_times(const std::vector<BatchRow>& rows) {
                 (row.artifact_count ? std::to_string(*row.artifact_count) : "-") + "\n";
     }
     return text;
+}
+
+void set_time(const std::string& path, long seconds) {
+    const timespec times[2] = {{seconds, 0}, {seconds, 0}};
+    EXPECT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
 }

@@ -26,5 +26,9 @@ extern const char* const kFourPairs;
 // The rows of a summary or shard JSON file; fails the test when it cannot be read.
 std::vector<BatchRow> read_rows(const std::string& path);
 
+// Sets a file's access and modification times to `seconds` after the epoch; fails the test when
+// it cannot.
+void set_time(const std::string& path, long seconds);
+
 // The rows without their times, one line each, for comparing two runs row for row.
 std::string rows_without_times(const std::vector<BatchRow>& rows);

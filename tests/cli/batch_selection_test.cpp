@@ -1,12 +1,10 @@
 // Which pairs a batch machine takes (--shard K/N) and which earlier outputs a resumed batch keeps.
+#include "batch_fixture.h"
 #include "cli/batch_resume.h"
 #include "cli/batch_shard.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace {
 
@@ -32,11 +30,6 @@ TEST(BatchShard, EveryPairFallsInExactlyOneShard) {
         EXPECT_EQ(takers, 1u) << pair;
         EXPECT_TRUE(shard_takes({pair % count, count}, pair));
     }
-}
-
-void set_time(const std::string& path, long seconds) {
-    const timespec times[2] = {{seconds, 0}, {seconds, 0}};
-    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
 }
 
 TEST(BatchResume, OutputsMustBeNewerThanEverySource) {

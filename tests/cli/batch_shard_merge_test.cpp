@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace {
@@ -72,11 +71,6 @@ TEST(BatchShards, AMergeNeedsShardFilesOfOneCount) {
     const ProcessOutput mixed = f.batch({"--merge", "."});
     EXPECT_EQ(mixed.exit_status, 1);
     EXPECT_TRUE(mixed.err.rfind("error: '.' holds shard files of ", 0) == 0) << mixed.err;
-}
-
-void set_time(const std::string& path, long seconds) {
-    const timespec times[2] = {{seconds, 0}, {seconds, 0}};
-    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
 }
 
 long modified(const std::string& path) {
