@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The whole test suite: formatting, lint of the pages' scripts and style sheets, static analysis,
 # a Release tree and an AddressSanitizer+UndefinedBehaviorSanitizer tree with every test run on
-# both, the browser tests of the pages the Release build writes, and each fuzz harness for 30
+# both, the browser tests of the pages the Release build writes, and each fuzz harness for 15
 # seconds from its seed corpus. Installs what is missing first.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
@@ -44,6 +44,6 @@ ctest --test-dir build/sanitize --output-on-failure -j "$(nproc)"
 phase "fuzzing"
 BUILD_TARGET=fuzz_harnesses scripts/build.sh build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DSONALYX_FUZZ=ON -DSONALYX_TESTS=OFF \
     -DSONALYX_BENCH=OFF
-scripts/fuzz.sh build/fuzz 30
+scripts/fuzz.sh build/fuzz 15
 
 echo "all tests passed (${SECONDS}s)"
